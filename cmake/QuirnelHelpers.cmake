@@ -20,7 +20,7 @@ function(quirnel_add_gtest)
     target_link_libraries(${ARG_NAME} PRIVATE ${ARG_LIBS} test_support GTest::gtest GTest::gtest_main)
     gtest_discover_tests(${ARG_NAME}
         DISCOVERY_TIMEOUT 60
-        PROPERTIES ENVIRONMENT "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp;QUIRNEL_TEST_DATA=${PROJECT_SOURCE_DIR}/tests/data")
+        PROPERTIES ENVIRONMENT "ASAN_OPTIONS=allocator_may_return_null=1;LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp;QUIRNEL_TEST_DATA=${PROJECT_SOURCE_DIR}/tests/data")
 endfunction()
 
 # A Qt Test executable for one widget area; always runs offscreen.
@@ -32,5 +32,5 @@ function(quirnel_add_qtest)
     target_link_libraries(${ARG_NAME} PRIVATE ${ARG_LIBS} Qt6::Test Qt6::Widgets)
     add_test(NAME ${ARG_NAME} COMMAND ${ARG_NAME})
     set_tests_properties(${ARG_NAME} PROPERTIES
-        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp;QUIRNEL_TEST_DATA=${PROJECT_SOURCE_DIR}/tests/data")
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;ASAN_OPTIONS=allocator_may_return_null=1;LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp;QUIRNEL_TEST_DATA=${PROJECT_SOURCE_DIR}/tests/data")
 endfunction()
