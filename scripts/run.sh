@@ -15,6 +15,7 @@ if [ -n "${DISPLAY:-}" ] || [ -n "${WAYLAND_DISPLAY:-}" ]; then
     exec "$editor" "$sample"
 fi
 
+export XDG_RUNTIME_DIR="${XDG_RUNTIME_DIR:-$(mktemp -d)}"
 mkdir -p screenshots
 shot="$PWD/screenshots/quirnel.png"
 export QUIRNEL_SCREENSHOT_DELAY_MS="${QUIRNEL_SCREENSHOT_DELAY_MS:-3000}"
