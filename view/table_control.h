@@ -1,0 +1,477 @@
+#pragma once
+// The grid's model: columns, rows in storage order with their display order, cells, selection,
+// hidden rows, sorting, widths, persisted view state, statistics and the two context menus as
+// data. The Qt widget in view/qt/ only draws what this holds.
+//
+// Cell storage is built for million-row tables: a cell is one packed 64-bit reference (column-
+// major, one array per data column) into immutable text chunks. Chunks are either buffers the
+// loader adopted whole (no copy per cell) or append-only arenas for edited and converted text.
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace quirnel {
+
+/// Column kinds.
+inline constexpr int kColumnText = 1;     ///< text cells edited in place
+inline constexpr int kColumnCheck = 2;    ///< two-state (check box) cells
+inline constexpr int kColumnCheckAlt = 3; ///< two-state cells, second style
+inline constexpr int kColumnChoice = 4;   ///< cells holding an integer choice
+
+/// The empty value of a kind-4 cell.
+inline constexpr std::int32_t kEmptyChoice = INT32_MIN;
+
+/// TableColumn::flags bits.
+inline constexpr std::uint32_t COLUMN_RIGHT = 1u << 0;
+inline constexpr std::uint32_t COLUMN_NO_SEARCH = 1u << 3;
+inline constexpr std::uint32_t COLUMN_NO_SORT = 1u << 6;
+inline constexpr std::uint32_t COLUMN_NO_EDIT = 1u << 8;
+inline constexpr std::uint32_t COLUMN_READ_ONLY = 1u << 10;
+inline constexpr std::uint32_t COLUMN_CHOOSE_SORT = 1u << 23;
+inline constexpr std::uint32_t COLUMN_CENTER = 1u << 27;
+inline constexpr std::uint32_t COLUMN_CHOOSE_ALIGN = 1u << 28;
+inline constexpr std::uint32_t COLUMN_RESETTABLE = 1u << 30;
+
+/// CellFlags() bits.
+inline constexpr std::uint32_t CELL_CHECKED = 1u << 0;
+inline constexpr std::uint32_t CELL_WIDE = 1u << 1;
+
+/// Style flags, set by the owner when the control is built.
+inline constexpr std::uint32_t GRID_HIDE_COLUMNS = 1u << 0;
+inline constexpr std::uint32_t GRID_REMEMBER_WIDTHS = 1u << 1;
+inline constexpr std::uint32_t GRID_TAB_THRU = 1u << 2;
+inline constexpr std::uint32_t GRID_PASTE_NEW_ROWS = 1u << 3;
+inline constexpr std::uint32_t GRID_NO_CTRL_N_TEXT = 1u << 4;
+
+/// Sort methods; the values are persisted in "SortMethods".
+inline constexpr int kSortTextNoCase = 0;
+inline constexpr int kSortNumeric = 1; ///< blanks = 0
+inline constexpr int kSortDateTime = 2;
+inline constexpr int kSortNumericLow = 3; ///< blanks before every number
+inline constexpr int kSortTextCase = 4;
+inline constexpr int kSortMemory = 5;
+inline constexpr int kSortStoredValue = 6; ///< the cell's stored integer; never offered in menus
+
+inline constexpr int kMinColumnWidth = 20;
+
+enum class SelectionMode
+{
+    SingleRow,
+    MultipleRows,
+    Cells
+};
+
+enum class Alignment
+{
+    Left,
+    Center,
+    Right
+};
+
+/// The control's own commands, carried by menu entries. Owner entries carry the owner's ids.
+/// The sort-method commands are consecutive: kSortMethodBase + method.
+enum class GridCommand : int
+{
+    None = 0,
+    SortAscending = 1,
+    SortDescending,
+    DontSort,
+    ColumnWidthMaximize,
+    ColumnWidthMinimize,
+    CopyColumn,
+    CheckAll,
+    UncheckAll,
+    ToggleAll,
+    PasteNewRows,
+    SearchColumn,
+    SearchColumnContinue,
+    SetEntireColumn,
+    TrimColumnWhitespace,
+    ResetColumn,
+    AlignLeft,
+    AlignCenter,
+    AlignRight,
+    SortMethodBase = 30, ///< + method 0..6
+    CopyCellText = 40,
+    AddRow,
+    DeleteRows,
+    DuplicateRow,
+    MoveRowUp,
+    MoveRowDown,
+    DeselectAll,
+    SelectAll,
+    HideColumn,      ///< MenuEntry::argument = the column
+    AltRowsDefault,  ///< tri-state 0
+    AltRowsEnabled,  ///< 1
+    AltRowsDisabled, ///< 2
+    DividersDefault,
+    DividersVisible,
+    DividersHidden,
+    TabThru,
+    BookmarkReturn,
+    BookmarkSet,
+    JumpToRow,
+    WidthsDefault,
+    WidthsMaximize,
+    WidthsMinimize,
+    Statistics,
+    DeleteAllRows,
+    ImportCsv,
+    ExportCsv,
+};
+
+enum class MenuMark
+{
+    None,
+    Check,
+    Radio
+};
+
+/// One entry of a context menu. An entry with a submenu carries no command.
+struct MenuEntry
+{
+    std::string text; ///< UTF-8; a TAB separates the shortcut text
+    int command = 0;  ///< a GridCommand value, or an owner's command id
+    int argument = -1;
+    MenuMark mark = MenuMark::None;
+    bool checked = false;
+    bool enabled = true;
+    std::vector<MenuEntry> submenu;
+};
+
+struct TableColumn
+{
+    int kind = kColumnText;
+    std::uint32_t flags = 0;
+    int width = 100; ///< pixels
+    /// The name: bytes in the system code page, or UTF-16 when `wide` is set.
+    std::string headerText;
+    std::u16string headerTextWide;
+    bool wide = false;
+    /// The flags of the cells' edit template; its COLUMN_READ_ONLY bit suppresses whole-column
+    /// setting.
+    std::uint32_t editTemplateFlags = 0;
+    int sortMethod = kSortTextNoCase;
+    double defaultWidthFactor = 1.0;
+    bool hidden = false;
+    /// The width the owner gave when adding the column ("Column widths: default"); the control
+    /// sets it from `width` when the column is added.
+    int initialWidth = 0;
+};
+
+/// A snapshot of one row, for callers that want the record form.
+struct TableRow
+{
+    int id = -1; ///< storage index
+    int displayPosition = -1;
+    bool selected = false;
+    bool hidden = false;
+};
+
+/// A snapshot of one cell. Views point into the control's storage: valid until the next change.
+struct TableCell
+{
+    std::string_view text;        ///< when !(flags & CELL_WIDE)
+    std::u16string_view textWide; ///< when flags & CELL_WIDE
+    std::uint32_t flags = 0;
+    std::int32_t value = kEmptyChoice;
+};
+
+/// Where the view state is kept: a named text value per key. The app adapts its settings store.
+class ViewStateStore
+{
+public:
+    virtual ~ViewStateStore() = default;
+    /// nullopt when the key is missing.
+    virtual std::optional<std::string> ReadText(const std::string& key) = 0;
+    virtual void WriteText(const std::string& key, const std::string& value) = 0;
+};
+
+/// Text measuring in the control's font, so that widths need no font here. Pixels.
+class TextMeasurer
+{
+public:
+    virtual ~TextMeasurer() = default;
+    virtual int TextWidth(std::string_view systemText) = 0;
+    virtual int TextWidthWide(std::u16string_view text) = 0;
+    virtual int CellPadding() = 0;
+    virtual int AverageCharWidth() = 0;
+};
+
+/// What the control asks of, and tells, the window that owns it. Every hook has a harmless
+/// default.
+class TableControlOwner
+{
+public:
+    virtual ~TableControlOwner() = default;
+    virtual void OnSortChanged() {}
+    /// Asked before each row duplication; false vetoes it.
+    virtual bool AllowDuplicateRow(int /*sourceRow*/) { return true; }
+    virtual void OnRowDuplicated(int /*sourceRow*/, int /*newRow*/) {}
+    /// The owner's own header-menu entries for a column.
+    virtual void AddColumnMenuEntries(int /*column*/, std::vector<MenuEntry>& /*entries*/) {}
+    virtual bool ClipboardHasText() { return false; }
+    virtual bool HasColumnSearch() { return false; }
+    /// The user preference that tri-state 0 ("Default") follows.
+    virtual bool PreferAltRows() { return false; }
+    virtual bool PreferDividers() { return true; }
+};
+
+/// Told after the control changed, so that a view can refresh itself.
+class TableControlObserver
+{
+public:
+    virtual ~TableControlObserver() = default;
+    /// Rows, columns or display order changed: everything shown may be stale.
+    virtual void OnTableReset() {}
+    /// Only cell contents or column widths/flags changed.
+    virtual void OnTableRepaint() {}
+};
+
+/// Identifies a text buffer adopted by the control.
+using TextBufferHandle = int;
+
+/// The view's geometry, which statistics and "keep the focus row in view" need.
+struct ViewGeometry
+{
+    int clientWidth = 0; ///< pixels
+    int firstVisiblePosition = 0;
+    int completelyVisibleRows = 0;
+    int partiallyVisibleRows = 0;
+};
+
+struct TableMemoryUsage
+{
+    std::size_t cellBytes = 0;    ///< packed cell references
+    std::size_t rowBytes = 0;     ///< display order, positions and flags
+    std::size_t arenaBytes = 0;   ///< copied and converted text
+    std::size_t adoptedBytes = 0; ///< buffers adopted from the loader
+    std::size_t sideBytes = 0;    ///< long texts and kind-4 values
+    std::size_t Total() const
+    {
+        return cellBytes + rowBytes + arenaBytes + adoptedBytes + sideBytes;
+    }
+};
+
+class TableControl
+{
+public:
+    TableControl();
+    ~TableControl();
+    TableControl(const TableControl&) = delete;
+    TableControl& operator=(const TableControl&) = delete;
+
+    void SetOwner(TableControlOwner* owner) { m_owner = owner; }
+    void AddObserver(TableControlObserver* observer);
+    void RemoveObserver(TableControlObserver* observer);
+    /// Tells the observers that everything may have changed (after deferred work).
+    void Redraw();
+
+    /// Empty: the view state is not persisted.
+    void SetSettingsName(std::string name) { m_settingsName = std::move(name); }
+    const std::string& SettingsName() const { return m_settingsName; }
+    void SetStyle(std::uint32_t styleFlags) { m_style = styleFlags; }
+    std::uint32_t Style() const { return m_style; }
+
+    // ---- columns ----
+    /// Column 0 is the index column "#", created with the control; it is never deleted or
+    /// moved and holds no cells. Counts include it.
+    int ColumnCount() const { return static_cast<int>(m_columns.size()); }
+    const TableColumn& Column(int column) const;
+    /// For fields that carry no invariant of the control (name, flags, width, factor, ...).
+    TableColumn& MutableColumn(int column);
+    /// Returns the new column's index. Its cells are empty.
+    int AddColumn(TableColumn column);
+    /// `at` in 1 .. ColumnCount(); false otherwise.
+    bool InsertColumn(int at, TableColumn column);
+    /// Clears the sort columns that name it. False for column 0 or out of range.
+    bool DeleteColumn(int column);
+    /// `from`, `to` in 1 .. ColumnCount() - 1. Sort columns follow the moved column.
+    bool MoveColumn(int from, int to);
+    /// The column's name as UTF-8 (8-bit names are taken as the system code page).
+    std::string ColumnNameUtf8(int column) const;
+    /// How 8-bit text becomes UTF-8 for menus and reports; identity by default.
+    void SetSystemTextDecoder(std::string (*decoder)(std::string_view)) { m_decoder = decoder; }
+    bool SetColumnHidden(int column, bool hidden);
+    void SetColumnSortMethod(int column, int method);
+    void SetColumnAlignment(int column, Alignment alignment);
+    Alignment ColumnAlignment(int column) const;
+
+    // ---- rows (indices are storage indices unless named "position") ----
+    int RowCount() const { return m_rowCount; }
+    int VisibleRowCount() const { return m_visibleCount; }
+    /// Grows with empty rows or shrinks from the end. Growth reserves exactly, so a loader that
+    /// grows ahead in big steps pays few reallocations.
+    void SetRowCount(int count);
+    /// Inserts empty rows before storage index `at` (0 .. RowCount()).
+    bool InsertRows(int at, int count);
+    bool DeleteRows(int first, int count);
+    /// `rows` ascending, without repeats; invalid entries are skipped.
+    void DeleteRows(std::span<const int> rows);
+    /// Moves the row (cells and flags) to storage index `to`.
+    bool MoveRow(int from, int to);
+    /// Inserts a copy directly below `sourceRow`; the owner may veto. The new index or -1.
+    int DuplicateRow(int sourceRow);
+    /// Rearranges the rows in a random order; the table becomes unsorted.
+    void Shuffle(std::uint64_t seed);
+    /// Removes every row and data column and resets sort, focus and selection.
+    void Clear();
+
+    int RowAtDisplayPosition(int position) const;
+    int DisplayPosition(int row) const;
+    /// The row the view shows at line `viewIndex` (0 .. VisibleRowCount() - 1): the first visible
+    /// display positions, with a visible trailing row as the last line.
+    int RowAtViewIndex(int viewIndex) const;
+    int ViewIndexOfRow(int row) const;
+    TableRow Row(int row) const;
+
+    bool IsRowHidden(int row) const;
+    /// True only when the flag changed. Hiding deselects in multi-row mode. Without
+    /// `deferRedraw` the display order (hidden rows last) is restored and the view told; with
+    /// it, call Redraw() when done.
+    bool SetRowHidden(int row, bool hidden, bool deferRedraw = false);
+    int TrailingRow() const { return m_trailingRow; }
+    void SetTrailingRow(int row);
+
+    // ---- selection and focus ----
+    SelectionMode Selection() const { return m_selectionMode; }
+    void SetSelectionMode(SelectionMode mode);
+    bool IsRowSelected(int row) const;
+    void SetRowSelected(int row, bool selected);
+    void SelectAllRows();
+    void DeselectAllRows();
+    int SelectedRowCount() const { return m_selectedCount; }
+    /// Selected rows in storage order; the focus row alone in single-row mode.
+    std::vector<int> SelectedRows() const;
+    int FocusRow() const { return m_focusRow; }
+    int FocusColumn() const { return m_focusColumn; }
+    /// Out-of-range values become -1.
+    void SetFocusCell(int row, int column);
+
+    // ---- cells ----
+    /// Empty for missing cells, column 0, and cells of the other width.
+    std::string_view CellText8(int row, int column) const;
+    std::u16string_view CellText16(int row, int column) const;
+    bool CellIsWide(int row, int column) const;
+    bool CellIsEmpty(int row, int column) const;
+    TableCell Cell(int row, int column) const;
+    std::uint32_t CellFlags(int row, int column) const;
+    /// Setters return false for a missing cell. Text is copied into an arena.
+    bool SetCellText8(int row, int column, std::string_view text);
+    bool SetCellText16(int row, int column, std::u16string_view text);
+    bool ClearCell(int row, int column);
+    bool CellChecked(int row, int column) const;
+    bool SetCellChecked(int row, int column, bool checked);
+    /// kEmptyChoice when the cell holds no integer.
+    std::int32_t CellValue(int row, int column) const;
+    bool SetCellValue(int row, int column, std::int32_t value);
+
+    /// Keeps `buffer` alive for as long as the control holds cells (until Clear()); cells set
+    /// with SetCellText8Borrowed may then point into it.
+    TextBufferHandle AdoptTextBuffer(std::shared_ptr<const std::string> buffer);
+    /// `text` must lie inside the adopted buffer `handle`; nothing is copied. Text outside it
+    /// (or beyond the packed limits) is copied instead.
+    bool SetCellText8Borrowed(int row, int column, std::string_view text, TextBufferHandle handle);
+    /// A hint before many SetCellText16 calls (e.g. a converted file): arena room in UTF-16 units.
+    void ReserveTextWide(std::size_t units);
+
+    /// Trims the cell in place. Mask: 1 leading, 2 trailing spaces and tabs, 4 spaces and tabs
+    /// at the end of every line, 8 runs of spaces to one. Characters removed, or -1.
+    int TrimCell(int row, int column, int mask);
+
+    TableMemoryUsage MemoryUsage() const;
+
+    // ---- sorting ----
+    int SortColumn() const { return m_sortColumn; }
+    bool SortAscending() const { return m_sortAscending; }
+    /// Most recent first; -1 when none.
+    int PreviousSortColumn(int which) const { return m_previousSort[which == 0 ? 0 : 1]; }
+    /// False for a column out of range or marked COLUMN_NO_SORT. The same column and direction
+    /// again does nothing.
+    bool SetSort(int column, bool ascending, bool sortNow = true);
+    /// Orders the rows by the current sort state (storage order when unsorted).
+    void Sort();
+    /// "Don't sort rows".
+    void Unsort();
+    /// Dates are read day-first when true (the regional order), month-first otherwise.
+    void SetDayFirst(bool dayFirst) { m_dayFirst = dayFirst; }
+    bool DayFirst() const { return m_dayFirst; }
+
+    // ---- display options ----
+    int AltRows() const { return m_altRows; }
+    void SetAltRows(int triState);
+    int Grid() const { return m_grid; }
+    void SetGrid(int triState);
+    bool EffectiveAltRows() const;
+    bool EffectiveGrid() const;
+    bool TabThru() const { return m_tabThru; }
+    void SetTabThru(bool on) { m_tabThru = on; }
+
+    // ---- widths ----
+    void SetTextMeasurer(TextMeasurer* measurer) { m_measurer = measurer; }
+    void SetGeometry(const ViewGeometry& geometry);
+    const ViewGeometry& Geometry() const { return m_geometry; }
+    /// Header text width + 4 (+ the cell padding unless `bare`), at least 20.
+    int NaturalWidth(int column, bool bare = false) const;
+    void MaximizeColumn(int column);
+    void MinimizeColumn(int column);
+    void MaximizeAllColumns();
+    void MinimizeAllColumns();
+    void DefaultWidths();
+    /// The loader's widths: `longestLength[c]` for c >= 1 is the longest text in column c.
+    void ApplyInitialWidths(std::span<const int> longestLength, int screenWidth, int viewWidth);
+
+    // ---- persisted view state ----
+    void LoadViewState(ViewStateStore& store);
+    void SaveViewState(ViewStateStore& store) const;
+
+    // ---- menus and commands ----
+    /// Out-of-range columns give no column-specific entries.
+    std::vector<MenuEntry> HeaderMenu(int column);
+    /// `column` -1 (or `row` -1) when the click was not on a cell.
+    std::vector<MenuEntry> CellMenu(int row, int column);
+    /// Carries out the commands the control owns itself (sort, widths, alignment, sort method,
+    /// selection, display options, hiding). False when the command is the owner's.
+    bool HandleCommand(int command, int argument, int column);
+
+    /// The "Statistics" report, UTF-8, lines ended by CR LF.
+    std::string StatisticsReport() const;
+
+private:
+    struct Storage;
+    // Defined in table_control.cpp; the header only names them.
+    void NotifyReset();
+    void NotifyRepaint();
+
+    std::unique_ptr<Storage> m_store;
+    std::vector<TableColumn> m_columns;
+    int m_rowCount = 0;
+    int m_visibleCount = 0;
+    int m_selectedCount = 0;
+    int m_focusRow = -1;
+    int m_focusColumn = -1;
+    int m_trailingRow = -1;
+    SelectionMode m_selectionMode = SelectionMode::MultipleRows;
+    int m_sortColumn = -1;
+    bool m_sortAscending = true;
+    int m_previousSort[2] = {-1, -1};
+    bool m_dayFirst = true;
+    int m_altRows = 0;
+    int m_grid = 0;
+    bool m_tabThru = false;
+    std::uint32_t m_style = 0;
+    std::string m_settingsName;
+    TableControlOwner* m_owner = nullptr;
+    std::vector<TableControlObserver*> m_observers;
+    TextMeasurer* m_measurer = nullptr;
+    ViewGeometry m_geometry;
+    std::string (*m_decoder)(std::string_view) = nullptr;
+};
+
+} // namespace quirnel
