@@ -1,0 +1,255 @@
+#include "document/backup_file.h"
+
+#include "document/file_system.h"
+
+#include <cstdarg>
+#include <cstdio>
+
+namespace quirnel {
+
+namespace {
+
+std::string Format(const char* format, ...) __attribute__((format(printf, 1, 2)));
+
+std::string Format(const char* format, ...)
+{
+    va_list args;
+    va_start(args, format);
+    va_list copy;
+    va_copy(copy, args);
+    const int length = std::vsnprintf(nullptr, 0, format, copy);
+    va_end(copy);
+    std::string out(static_cast<std::size_t>(length > 0 ? length : 0), '\0');
+    std::vsnprintf(out.data(), out.size() + 1, format, args);
+    va_end(args);
+    return out;
+}
+
+bool IsLegalPath(const std::string& path)
+{
+    return path.find('\0') == std::string::npos && path.back() != '/';
+}
+
+class BackupRun
+{
+public:
+    BackupRun(FileSystem& fileSystem, unsigned flags, std::string* errors, BackupProgress progress,
+              void* data)
+        : m_fileSystem(fileSystem), m_flags(flags), m_errors(errors), m_progress(progress),
+          m_data(data)
+    {}
+
+    void Error(const std::string& text)
+    {
+        if (m_errors)
+            *m_errors += text;
+    }
+
+    /// True when the user cancelled.
+    bool Step(const std::string& text)
+    {
+        return (m_flags & BACKUP_REPORT_STEPS) && m_progress && m_progress(text, m_data);
+    }
+
+    void Failed()
+    {
+        if ((m_flags & BACKUP_REPORT_STEPS) && m_progress)
+            m_progress("FAILED\r\n", m_data);
+    }
+
+    bool Exists(const std::string& path)
+    {
+        FileInfo info;
+        int error = 0;
+        return m_fileSystem.Stat(path, info, error) && info.exists;
+    }
+
+    FileSystem& Files() { return m_fileSystem; }
+
+private:
+    FileSystem& m_fileSystem;
+    unsigned m_flags;
+    std::string* m_errors;
+    BackupProgress m_progress;
+    void* m_data;
+};
+
+} // namespace
+
+std::string BackupName(const std::string& path, const std::string& backupFolder, unsigned flags,
+                       int number)
+{
+    std::string name = FileNameOf(path);
+    if (flags & BACKUP_STRIP_EXTENSION) {
+        const auto dot = name.find_last_of('.');
+        if (dot != std::string::npos && dot > 0)
+            name.erase(dot);
+    }
+    std::string base;
+    if (!backupFolder.empty())
+        base = backupFolder + "/" + name;
+    else if (path.find('/') == std::string::npos)
+        base = name;
+    else
+        base = FolderOf(path) == "/" ? "/" + name : FolderOf(path) + "/" + name;
+    return base + ".bk" + std::to_string(number);
+}
+
+int BackupFile(FileSystem& fileSystem, const std::string& path, const std::string& backupFolder,
+               int levels, unsigned flags, std::string* errors, BackupProgress progress,
+               void* progressData)
+{
+    BackupRun run(fileSystem, flags, errors, progress, progressData);
+    if (path.empty()) {
+        run.Error("You must specify the name of the file to be backed-up.");
+        return kBackupFailed;
+    }
+    if (levels < 1 || levels > kMaxBackupLevels) {
+        run.Error(
+            Format("The number of backup levels must be between 1 and %d.", kMaxBackupLevels));
+        return kBackupFailed;
+    }
+    if (!IsLegalPath(path)) {
+        run.Error("The filepath \"" + path + "\" is not legal.");
+        return kBackupFailed;
+    }
+    int error = 0;
+    if (!backupFolder.empty()) {
+        FileInfo folder;
+        if (!fileSystem.Stat(backupFolder, folder, error) || !folder.exists) {
+            if (!fileSystem.CreateDirectory(backupFolder, error)) {
+                run.Error("The target directory '" + backupFolder + "' could not be created.\r\n" +
+                          SystemErrorText(error) + "\r\n");
+                return kBackupFailed;
+            }
+        }
+    }
+    FileInfo file;
+    if (!fileSystem.Stat(path, file, error) || !file.exists) {
+        run.Error("The file \"" + path + "\" does not exist.");
+        return kBackupFailed;
+    }
+    auto name = [&](int number) { return BackupName(path, backupFolder, flags, number); };
+
+    if (!(flags & BACKUP_ALWAYS)) {
+        FileInfo newest;
+        if (fileSystem.Stat(name(1), newest, error) && newest.exists && newest.size == file.size &&
+            newest.modified == file.modified)
+            return kBackupSkipped;
+    }
+
+    for (int i = levels; i >= 1; --i) {
+        if (i == levels) {
+            const std::string oldest = name(i);
+            if (run.Exists(oldest)) {
+                if (run.Step(Format("Deleting %s\r\n", oldest.c_str())))
+                    return kBackupCancelled;
+                if (!fileSystem.Remove(oldest, error)) {
+                    run.Failed();
+                    run.Error(Format("Failed to delete oldest backup \"%s\"\r\n", oldest.c_str()));
+                    return kBackupFailed;
+                }
+            }
+        }
+        if (i > 1) {
+            const std::string from = name(i - 1);
+            const std::string to = name(i);
+            if (!run.Exists(from))
+                continue;
+            if (run.Step(Format("Moving %s >>> %s\r\n", from.c_str(), to.c_str())))
+                return kBackupCancelled;
+            if (!fileSystem.Rename(from, to, error)) {
+                run.Failed();
+                if (!run.Exists(from))
+                    run.Error(Format("Backup file missing: \"%s\"\r\n", from.c_str()));
+                else
+                    run.Error(
+                        Format("Failed to move \"%s\" to \"%s\"\r\n", from.c_str(), to.c_str()));
+                return kBackupFailed;
+            }
+            continue;
+        }
+        if (run.Step(Format("Copying %s\r\n", path.c_str())))
+            return kBackupCancelled;
+        if (!fileSystem.Copy(path, name(1), error)) {
+            run.Failed();
+            run.Error("Failed to backup the original file.\r\n" + SystemErrorText(error) + "\r\n");
+            for (int back = 2; back <= levels; ++back) {
+                int ignored = 0;
+                if (run.Exists(name(back)))
+                    fileSystem.Rename(name(back), name(back - 1), ignored);
+            }
+            return kBackupFailed;
+        }
+    }
+    return kBackupDone;
+}
+
+bool ReplaceFile(FileSystem& fileSystem, const std::string& target, const std::string& newFile,
+                 std::string& errorText, unsigned)
+{
+    errorText.clear();
+    if (target.empty()) {
+        errorText = "No old file was specified.";
+        return false;
+    }
+    if (newFile.empty()) {
+        errorText = "No new file was specified.";
+        return false;
+    }
+    int error = 0;
+    FileInfo info;
+    fileSystem.Stat(target, info, error);
+    if (!info.exists) {
+        if (!fileSystem.Rename(newFile, target, error)) {
+            errorText = Format("Failed to replace file \"%s\": %s\r\n", target.c_str(),
+                               SystemErrorText(error).c_str());
+            return false;
+        }
+        return true;
+    }
+    // A read-only file is never replaced, as a protected file could not be overwritten; the
+    // reason is spelt out because the system's own text would only say "permission denied".
+    if (info.readOnly) {
+        errorText = Format("Failed to replace file \"%s\": %s\r\n", target.c_str(),
+                           "the read-only attribute is set.");
+        return false;
+    }
+    std::string aside;
+    FileSystem::Handle handle = -1;
+    if (!fileSystem.CreateTempFile(FolderOf(target), aside, handle, error)) {
+        if (!fileSystem.Copy(newFile, target, error)) {
+            errorText = Format("Unable to replace the file \"%s\".\r\n%s\r\n", target.c_str(),
+                               SystemErrorText(error).c_str());
+            return false;
+        }
+        fileSystem.Remove(newFile, error);
+        return true;
+    }
+    int ignored = 0;
+    fileSystem.Close(handle, ignored);
+    bool targetMovedAside = true;
+    if (!fileSystem.Rename(target, aside, error)) {
+        fileSystem.Remove(aside, ignored);
+        if (ClassifyError(error) != kErrorFileNotFound) {
+            errorText = Format("Failed to backup the original file \"%s\" to \"%s\".\r\n%s\r\n",
+                               target.c_str(), aside.c_str(), SystemErrorText(error).c_str());
+            return false;
+        }
+        targetMovedAside = false;
+    }
+    if (!fileSystem.Rename(newFile, target, error)) {
+        const std::string reason = ClassifyError(error) == kErrorAccessDenied && info.readOnly
+                                       ? "the read-only attribute is set."
+                                       : SystemErrorText(error);
+        errorText = Format("Failed to replace file \"%s\": %s\r\n", target.c_str(), reason.c_str());
+        if (targetMovedAside)
+            fileSystem.Rename(aside, target, ignored);
+        return false;
+    }
+    if (targetMovedAside)
+        fileSystem.Remove(aside, ignored);
+    return true;
+}
+
+} // namespace quirnel

@@ -1,0 +1,431 @@
+#include "document/csv_record_reader.h"
+
+#include "ostrand/core/string.h"
+
+#include <cstring>
+
+namespace quirnel {
+
+namespace {
+
+enum CharClass : unsigned char
+{
+    kOrdinary = 0,
+    kSeparator = 1,
+    kLineEnd = 2,
+    kNul = 3,
+    kBackslash = 4,
+};
+
+/// The unit as an unsigned number, so that 8-bit text above 127 indexes the class table.
+template <typename Char> std::size_t Unit(Char c)
+{
+    if constexpr (sizeof(Char) == 1)
+        return static_cast<unsigned char>(c);
+    else
+        return static_cast<std::size_t>(c);
+}
+
+template <typename Char> bool Contains(std::basic_string_view<Char> set, Char c)
+{
+    for (Char s : set)
+        if (s == c)
+            return true;
+    return false;
+}
+
+template <typename Char> bool IsTrimmed(Char c)
+{
+    return c == Char(' ') || c == Char('\r') || c == Char('\n') || c == Char('\t');
+}
+
+/// Finds the next quote mark or NUL at or after `from`; `end` when there is none.
+template <typename Char> const Char* FindQuoteOrNul(const Char* from, const Char* end)
+{
+    if constexpr (sizeof(Char) == 1) {
+        const void* quote = std::memchr(from, '"', static_cast<std::size_t>(end - from));
+        const Char* stop = quote ? static_cast<const Char*>(quote) : end;
+        const void* nul = std::memchr(from, 0, static_cast<std::size_t>(stop - from));
+        return nul ? static_cast<const Char*>(nul) : stop;
+    } else {
+        while (from != end && *from != Char('"') && *from != Char(0))
+            ++from;
+        return from;
+    }
+}
+
+} // namespace
+
+template <typename Char>
+void BasicCsvRecordReader<Char>::SetSeparators(View separators, unsigned flags)
+{
+    const unsigned relevant = flags & CSV_BACKSLASH_ESCAPE;
+    if (m_classFlags == relevant && View(m_classSeparators) == separators)
+        return;
+    std::memset(m_classes, kOrdinary, sizeof m_classes);
+    m_classes[static_cast<unsigned char>('\r')] = kLineEnd;
+    m_classes[static_cast<unsigned char>('\n')] = kLineEnd;
+    m_classes[0] = kNul;
+    if (relevant)
+        m_classes[static_cast<unsigned char>('\\')] = kBackslash;
+    for (Char s : separators)
+        if (Unit(s) < 256)
+            m_classes[Unit(s)] = kSeparator;
+    m_classSeparators.assign(separators);
+    m_classFlags = relevant;
+}
+
+template <typename Char>
+bool BasicCsvRecordReader<Char>::ReadRecord(View& record, unsigned flags, View separators,
+                                            std::vector<Text>* comments)
+{
+    const Char* const begin = m_data.data();
+    const std::size_t size = m_data.size();
+    for (;;) {
+        while (m_position < size &&
+               (begin[m_position] == Char('\r') || begin[m_position] == Char('\n')))
+            ++m_position;
+        if (m_position >= size) {
+            record = View();
+            return false;
+        }
+        if ((flags & CSV_IGNORE_COMMENTS) && begin[m_position] == Char('#')) {
+            const std::size_t start = m_position;
+            while (m_position < size && begin[m_position] != Char('\r') &&
+                   begin[m_position] != Char('\n'))
+                ++m_position;
+            if (comments)
+                comments->emplace_back(begin + start, m_position - start);
+            continue;
+        }
+        break;
+    }
+    if (separators.empty())
+        return ReadDetecting(record, flags);
+    return ReadSeparated(record, flags, separators);
+}
+
+template <typename Char>
+bool BasicCsvRecordReader<Char>::ReadDetecting(View& record, unsigned flags)
+{
+    const Char* const begin = m_data.data();
+    const std::size_t size = m_data.size();
+    const bool escapes = flags & CSV_BACKSLASH_ESCAPE;
+    const std::size_t start = m_position;
+    std::size_t pos = m_position;
+    bool inQuotes = false;
+    while (pos < size) {
+        const Char c = begin[pos];
+        if (c == Char('"')) {
+            inQuotes = !inQuotes;
+        } else if (c == Char(0)) {
+            record = View(begin + start, pos - start);
+            m_position = pos + 1;
+            return true;
+        } else if (!inQuotes && (c == Char('\r') || c == Char('\n'))) {
+            record = View(begin + start, pos - start);
+            ++pos;
+            if (pos < size && begin[pos] != c &&
+                (begin[pos] == Char('\r') || begin[pos] == Char('\n')))
+                ++pos;
+            m_position = pos;
+            return true;
+        } else if (!inQuotes && escapes && c == Char('\\')) {
+            ++pos;
+        }
+        ++pos;
+    }
+    record = View(begin + start, size - start);
+    m_position = size;
+    return true;
+}
+
+template <typename Char>
+bool BasicCsvRecordReader<Char>::ReadSeparated(View& record, unsigned flags, View separators)
+{
+    SetSeparators(separators, flags);
+    const Char* const begin = m_data.data();
+    const Char* const end = begin + m_data.size();
+    const Char* const start = begin + m_position;
+    const Char* p = start;
+    // Characters above 255 are never line ends, NULs or backslashes; they are separators only
+    // when the caller asked for such a separator.
+    const bool wideSeparators = [&] {
+        for (Char s : separators)
+            if (Unit(s) >= 256)
+                return true;
+        return false;
+    }();
+    auto classify = [&](Char c) -> unsigned char {
+        if (Unit(c) < 256)
+            return m_classes[Unit(c)];
+        return wideSeparators && Contains(separators, c) ? kSeparator : kOrdinary;
+    };
+    auto finish = [&](const Char* recordEnd, const Char* next) {
+        record = View(start, static_cast<std::size_t>(recordEnd - start));
+        m_position = static_cast<std::size_t>(next - begin);
+        return true;
+    };
+    auto finishAtLineEnd = [&](const Char* lineEnd) {
+        const Char* next = lineEnd + 1;
+        // CR LF, LF CR, CR and LF each end one record.
+        if (next != end && *next != *lineEnd && (*next == Char('\r') || *next == Char('\n')))
+            ++next;
+        return finish(lineEnd, next);
+    };
+
+    bool atFieldStart = true;
+    while (p != end) {
+        if (atFieldStart) {
+            while (p != end && *p == Char(' '))
+                ++p;
+            if (p == end)
+                break;
+            atFieldStart = false;
+            if (*p == Char('"')) {
+                ++p;
+                for (;;) {
+                    const Char* q = FindQuoteOrNul(p, end);
+                    if (q == end)
+                        return finish(end, end);
+                    if (*q == Char(0))
+                        return finish(q, q + 1);
+                    // At a quote mark the next character decides.
+                    const Char* after = q + 1;
+                    if (after == end)
+                        return finish(end, end);
+                    if (*after == Char('"')) {
+                        p = after + 1;
+                        continue;
+                    }
+                    if (*after == Char('\r') || *after == Char('\n'))
+                        return finishAtLineEnd(after);
+                    p = after;
+                    break;
+                }
+                continue;
+            }
+        }
+        if constexpr (sizeof(Char) == 1) {
+            while (p != end && m_classes[static_cast<unsigned char>(*p)] == kOrdinary)
+                ++p;
+            if (p == end)
+                break;
+        }
+        switch (classify(*p)) {
+        case kSeparator:
+            ++p;
+            atFieldStart = true;
+            break;
+        case kLineEnd:
+            return finishAtLineEnd(p);
+        case kNul:
+            return finish(p, p + 1);
+        case kBackslash:
+            // The escaped character is taken whatever it is, a line end or NUL included.
+            p = (end - p >= 2) ? p + 2 : end;
+            break;
+        default:
+            ++p;
+            break;
+        }
+    }
+    return finish(end, end);
+}
+
+template <typename Char>
+bool BasicCsvRecordReader<Char>::ReadFields(std::vector<Text>& fields, unsigned flags,
+                                            View separators, std::vector<Text>* comments)
+{
+    View record;
+    if (!ReadRecord(record, flags, separators, comments)) {
+        if (!(flags & CSV_APPEND))
+            fields.clear();
+        return false;
+    }
+    SplitRecord(record, fields, separators, flags);
+    return true;
+}
+
+template <typename Char>
+bool BasicCsvRecordReader<Char>::ReadFirstRecordDetecting(std::vector<Text>& fields, unsigned flags,
+                                                          Char& separatorOut,
+                                                          std::vector<Text>* comments)
+{
+    View record;
+    if (!ReadRecord(record, flags, View(), comments)) {
+        if (!(flags & CSV_APPEND))
+            fields.clear();
+        return false;
+    }
+    separatorOut = DetectSeparator(record, flags);
+    const std::size_t before = (flags & CSV_APPEND) ? fields.size() : 0;
+    SplitRecord(record, fields, View(&separatorOut, 1), flags);
+    for (std::size_t i = before; i < fields.size(); ++i)
+        if (!fields[i].empty())
+            return true;
+    return false;
+}
+
+template <typename Char>
+void BasicCsvRecordReader<Char>::SplitRecordRaw(View record, std::vector<View>& rawFields,
+                                                View separators, unsigned flags)
+{
+    rawFields.clear();
+    const bool escapes = flags & CSV_BACKSLASH_ESCAPE;
+    const std::size_t n = record.size();
+    const Char* r = record.data();
+    auto isSeparator = [&](Char c) {
+        return separators.size() == 1 ? c == separators[0] : Contains(separators, c);
+    };
+    std::size_t pos = 0;
+    if (n == 0)
+        return;
+    for (;;) {
+        while (pos < n && r[pos] == Char(' '))
+            ++pos;
+        const std::size_t fieldStart = pos;
+        if (pos < n && r[pos] == Char('"')) {
+            ++pos;
+            while (pos < n) {
+                const Char c = r[pos];
+                if (escapes && c == Char('\\')) {
+                    pos += 2;
+                    continue;
+                }
+                if (c == Char('"')) {
+                    if (pos + 1 < n && r[pos + 1] == Char('"')) {
+                        pos += 2;
+                        continue;
+                    }
+                    ++pos;
+                    break;
+                }
+                ++pos;
+            }
+        }
+        while (pos < n && !isSeparator(r[pos]))
+            pos += (escapes && r[pos] == Char('\\')) ? 2 : 1;
+        if (pos > n)
+            pos = n;
+        rawFields.emplace_back(r + fieldStart, pos - fieldStart);
+        if (pos >= n)
+            return;
+        ++pos;
+        if (pos == n) {
+            rawFields.emplace_back(r + n, 0);
+            return;
+        }
+    }
+}
+
+template <typename Char>
+void BasicCsvRecordReader<Char>::SplitRecord(View record, std::vector<Text>& fields,
+                                             View separators, unsigned flags)
+{
+    if (!(flags & CSV_APPEND))
+        fields.clear();
+    std::vector<View> raw;
+    SplitRecordRaw(record, raw, separators, flags);
+    for (View field : raw)
+        fields.push_back(UnquoteField(field, flags));
+}
+
+template <typename Char>
+typename BasicCsvRecordReader<Char>::View
+BasicCsvRecordReader<Char>::UnquoteInPlace(Char* text, std::size_t length, unsigned flags)
+{
+    Char* first = text;
+    Char* last = text + length;
+    while (first != last && IsTrimmed(*first))
+        ++first;
+    while (last != first && IsTrimmed(last[-1]))
+        --last;
+    if (first != last && *first == Char('"') && last[-1] == Char('"')) {
+        // A lone quote mark is both the first and the last character: it goes as a whole.
+        ++first;
+        if (first <= last - 1)
+            --last;
+        else
+            last = first;
+    }
+    const bool escapes = flags & CSV_BACKSLASH_ESCAPE;
+    // Most fields need no rewriting: find the first character that does.
+    Char* in = first;
+    while (in != last && *in != Char('"') && !(escapes && *in == Char('\\')))
+        ++in;
+    if (in == last)
+        return View(first, static_cast<std::size_t>(last - first));
+    Char* out = in;
+    while (in != last) {
+        const Char c = *in;
+        if (escapes && c == Char('\\')) {
+            ++in;
+            if (in == last)
+                break;
+            const Char next = *in++;
+            *out++ = next == Char('n') ? Char('\n') : next == Char('r') ? Char('\r') : next;
+        } else if (c == Char('"') && last - in >= 2 && in[1] == Char('"')) {
+            *out++ = c;
+            in += 2;
+        } else {
+            *out++ = c;
+            ++in;
+        }
+    }
+    return View(first, static_cast<std::size_t>(out - first));
+}
+
+template <typename Char>
+typename BasicCsvRecordReader<Char>::Text BasicCsvRecordReader<Char>::UnquoteField(View field,
+                                                                                   unsigned flags)
+{
+    Text copy(field);
+    const View cleaned = UnquoteInPlace(copy.data(), copy.size(), flags);
+    return Text(cleaned);
+}
+
+template <typename Char> Char BasicCsvRecordReader<Char>::DetectSeparator(View record, unsigned)
+{
+    std::size_t commas = 0, tabs = 0, semicolons = 0, bars = 0;
+    bool inQuotes = false;
+    for (Char c : record) {
+        if (c == Char('"'))
+            inQuotes = !inQuotes;
+        else if (inQuotes)
+            continue;
+        else if (c == Char(','))
+            ++commas;
+        else if (c == Char('\t'))
+            ++tabs;
+        else if (c == Char(';'))
+            ++semicolons;
+        else if (c == Char('|'))
+            ++bars;
+    }
+    if (commas >= tabs && commas >= semicolons && commas >= bars)
+        return Char(',');
+    if (tabs >= commas && tabs >= semicolons && tabs >= bars)
+        return Char('\t');
+    if (semicolons >= commas && semicolons >= tabs && semicolons >= bars)
+        return Char(';');
+    if (bars >= commas && bars >= tabs && bars >= semicolons)
+        return Char('|');
+    return Char(',');
+}
+
+template class BasicCsvRecordReader<char>;
+template class BasicCsvRecordReader<char16_t>;
+
+void SplitRecordFromUtf8(std::string_view record, std::vector<std::u16string>& fields,
+                         std::string_view separators, unsigned flags)
+{
+    if (!(flags & CSV_APPEND))
+        fields.clear();
+    std::vector<std::string_view> raw;
+    CsvRecordReader::SplitRecordRaw(record, raw, separators, flags);
+    for (std::string_view field : raw)
+        fields.push_back(ost::Utf8ToUtf16(CsvRecordReader::UnquoteField(field, flags)));
+}
+
+} // namespace quirnel

@@ -1,0 +1,250 @@
+#include "document/file_system.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <memory>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace quirnel {
+
+namespace {
+
+bool WriteAll(int fd, const char* data, std::size_t size, int& error)
+{
+    while (size > 0) {
+        const ssize_t written = ::write(fd, data, size);
+        if (written < 0) {
+            if (errno == EINTR)
+                continue;
+            error = errno;
+            return false;
+        }
+        data += written;
+        size -= static_cast<std::size_t>(written);
+    }
+    return true;
+}
+
+class PosixFileSystem : public FileSystem
+{
+public:
+    bool ReadWholeFile(const std::string& path, std::string& data, int& error) override
+    {
+        const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+        if (fd < 0) {
+            error = errno;
+            return false;
+        }
+        struct stat st
+        {};
+        if (::fstat(fd, &st) != 0 || S_ISDIR(st.st_mode)) {
+            error = S_ISDIR(st.st_mode) ? EISDIR : errno;
+            ::close(fd);
+            return false;
+        }
+        // One spare byte tells whether the file grew while it was read.
+        data.resize(static_cast<std::size_t>(st.st_size) + 1);
+        std::size_t size = 0;
+        for (;;) {
+            if (size == data.size())
+                data.resize(data.size() * 2);
+            const ssize_t got = ::read(fd, data.data() + size, data.size() - size);
+            if (got < 0) {
+                if (errno == EINTR)
+                    continue;
+                error = errno;
+                ::close(fd);
+                return false;
+            }
+            if (got == 0)
+                break;
+            size += static_cast<std::size_t>(got);
+        }
+        ::close(fd);
+        data.resize(size);
+        return true;
+    }
+
+    bool Stat(const std::string& path, FileInfo& info, int& error) override
+    {
+        info = FileInfo();
+        struct stat st
+        {};
+        if (::stat(path.c_str(), &st) != 0) {
+            if (errno == ENOENT || errno == ENOTDIR)
+                return true;
+            error = errno;
+            return false;
+        }
+        info.exists = true;
+        info.isDirectory = S_ISDIR(st.st_mode);
+        info.readOnly = (st.st_mode & S_IWUSR) == 0;
+        info.size = static_cast<std::uint64_t>(st.st_size);
+        info.modified =
+            static_cast<std::int64_t>(st.st_mtim.tv_sec) * 1000000000 + st.st_mtim.tv_nsec;
+        return true;
+    }
+
+    bool CreateTempFile(const std::string& folder, std::string& path, Handle& handle,
+                        int& error) override
+    {
+        std::string pattern = (folder.empty() ? std::string(".") : folder) + "/~qrn-XXXXXX.tmp";
+        const int fd = ::mkstemps(pattern.data(), 4);
+        if (fd < 0) {
+            error = errno;
+            return false;
+        }
+        // mkstemp makes the file private; a saved file should get the usual permissions.
+        const mode_t mask = ::umask(0);
+        ::umask(mask);
+        ::fchmod(fd, 0666 & ~mask);
+        path = pattern;
+        handle = fd;
+        return true;
+    }
+
+    bool Write(Handle handle, const char* data, std::size_t size, int& error) override
+    {
+        return WriteAll(handle, data, size, error);
+    }
+
+    bool Close(Handle handle, int& error) override
+    {
+        bool ok = true;
+        if (::fsync(handle) != 0) {
+            error = errno;
+            ok = false;
+        }
+        if (::close(handle) != 0 && ok) {
+            error = errno;
+            ok = false;
+        }
+        return ok;
+    }
+
+    bool Rename(const std::string& from, const std::string& to, int& error) override
+    {
+        if (::rename(from.c_str(), to.c_str()) != 0) {
+            error = errno;
+            return false;
+        }
+        return true;
+    }
+
+    bool Copy(const std::string& from, const std::string& to, int& error) override
+    {
+        const int in = ::open(from.c_str(), O_RDONLY | O_CLOEXEC);
+        if (in < 0) {
+            error = errno;
+            return false;
+        }
+        struct stat st
+        {};
+        if (::fstat(in, &st) != 0) {
+            error = errno;
+            ::close(in);
+            return false;
+        }
+        const int out =
+            ::open(to.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, st.st_mode & 07777);
+        if (out < 0) {
+            error = errno;
+            ::close(in);
+            return false;
+        }
+        std::unique_ptr<char[]> chunk(new char[1 << 20]);
+        bool ok = true;
+        for (;;) {
+            const ssize_t got = ::read(in, chunk.get(), 1 << 20);
+            if (got < 0) {
+                if (errno == EINTR)
+                    continue;
+                error = errno;
+                ok = false;
+                break;
+            }
+            if (got == 0)
+                break;
+            if (!WriteAll(out, chunk.get(), static_cast<std::size_t>(got), error)) {
+                ok = false;
+                break;
+            }
+        }
+        // The copy keeps the original's last write time: that is how a later backup recognises
+        // that the file has not changed since.
+        const struct timespec times[2] = {st.st_atim, st.st_mtim};
+        if (ok && ::futimens(out, times) != 0) {
+            error = errno;
+            ok = false;
+        }
+        if (::close(out) != 0 && ok) {
+            error = errno;
+            ok = false;
+        }
+        ::close(in);
+        if (!ok)
+            ::unlink(to.c_str());
+        return ok;
+    }
+
+    bool Remove(const std::string& path, int& error) override
+    {
+        if (::unlink(path.c_str()) != 0) {
+            error = errno;
+            return false;
+        }
+        return true;
+    }
+
+    bool CreateDirectory(const std::string& path, int& error) override
+    {
+        if (::mkdir(path.c_str(), 0777) != 0) {
+            error = errno;
+            return false;
+        }
+        return true;
+    }
+};
+
+} // namespace
+
+FileSystem& RealFileSystem()
+{
+    static PosixFileSystem fileSystem;
+    return fileSystem;
+}
+
+std::string SystemErrorText(int error)
+{
+    return std::strerror(error);
+}
+
+int ClassifyError(int error)
+{
+    if (error == ENOENT)
+        return kErrorFileNotFound;
+    if (error == EACCES || error == EPERM)
+        return kErrorAccessDenied;
+    return error;
+}
+
+std::string FolderOf(const std::string& path)
+{
+    const auto slash = path.find_last_of('/');
+    if (slash == std::string::npos)
+        return ".";
+    if (slash == 0)
+        return "/";
+    return path.substr(0, slash);
+}
+
+std::string FileNameOf(const std::string& path)
+{
+    const auto slash = path.find_last_of('/');
+    return slash == std::string::npos ? path : path.substr(slash + 1);
+}
+
+} // namespace quirnel

@@ -1,0 +1,288 @@
+#include "document/csv_record_reader.h"
+#include "tests/document/case_name.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+#include <vector>
+
+namespace quirnel {
+namespace {
+
+using test::CaseName;
+
+using Fields = std::vector<std::string>;
+
+/// Every record of `data` split with the given separator.
+std::vector<Fields> ReadAll(std::string_view data, std::string_view separators, unsigned flags,
+                            std::vector<std::string>* comments = nullptr)
+{
+    CsvRecordReader reader(data);
+    std::vector<Fields> records;
+    Fields fields;
+    while (reader.ReadFields(fields, flags, separators, comments))
+        records.push_back(fields);
+    return records;
+}
+
+struct SplitCase
+{
+    const char* name;
+    std::string record;
+    unsigned flags;
+    Fields expected;
+};
+
+class SplitRecordTable : public testing::TestWithParam<SplitCase>
+{};
+
+TEST_P(SplitRecordTable, GivesFields)
+{
+    const SplitCase& c = GetParam();
+    Fields fields;
+    CsvRecordReader::SplitRecord(c.record, fields, ",", c.flags);
+    EXPECT_EQ(c.expected, fields);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    CsvRecordReader, SplitRecordTable,
+    testing::Values(
+        SplitCase{"SpacesAroundQuotedFieldVanish", "  \"a\"\"b\"  ,c", 0, {"a\"b", "c"}},
+        SplitCase{"TrailingSeparatorAddsEmptyField", "a,b,", 0, {"a", "b", ""}},
+        SplitCase{"EmptyRecordHasNoField", "", 0, {}},
+        SplitCase{"LoneSeparatorGivesTwoEmptyFields", ",", 0, {"", ""}},
+        SplitCase{"InnerSpacesStay", " x y ,\" p q \"", 0, {"x y", " p q "}},
+        SplitCase{"TabsTrimmedAfterSplit", "\ta\t,b", 0, {"a", "b"}},
+        SplitCase{"QuotedSeparatorStaysInField", "\"a,b\",c", 0, {"a,b", "c"}},
+        SplitCase{"QuotedLineBreakKept", "\"x\r\ny\",z", 0, {"x\r\ny", "z"}},
+        SplitCase{"DoubledQuoteInUnquotedField", "a\"\"b,c", 0, {"a\"b", "c"}},
+        SplitCase{"QuoteInsideUnquotedFieldIsPlain", "a\"b,c", 0, {"a\"b", "c"}},
+        SplitCase{"TextAfterClosingQuoteJoinsField", "\"ab\"cd,e", 0, {"\"ab\"cd", "e"}},
+        SplitCase{"UnterminatedQuoteTakesRest", "\"ab,cd", 0, {"\"ab,cd"}},
+        SplitCase{"LoneQuoteBecomesEmpty", "\"", 0, {""}},
+        SplitCase{"BackslashEscapesSeparator", "a\\,b,c", CSV_BACKSLASH_ESCAPE, {"a,b", "c"}},
+        SplitCase{"BackslashNBecomesLineFeed", "x\\ny", CSV_BACKSLASH_ESCAPE, {"x\ny"}},
+        SplitCase{"BackslashRBecomesReturn", "x\\ry", CSV_BACKSLASH_ESCAPE, {"x\ry"}},
+        SplitCase{"BackslashBeforeOtherKeepsIt", "\\\\a\\q", CSV_BACKSLASH_ESCAPE, {"\\aq"}},
+        SplitCase{"TrailingBackslashDropped", "ab\\", CSV_BACKSLASH_ESCAPE, {"ab"}},
+        SplitCase{
+            "BackslashEscapedQuoteInQuotes", "\"a\\\"b\",c", CSV_BACKSLASH_ESCAPE, {"a\"b", "c"}},
+        SplitCase{"BackslashPlainWithoutFlag", "a\\,b", 0, {"a\\", "b"}}),
+    CaseName());
+
+TEST(CsvRecordReader, CrLfLfCrLfAndCrEachEndOneRecord)
+{
+    const auto records = ReadAll("a\r\nb\nc\rd\n\re", ",", 0);
+    EXPECT_EQ((std::vector<Fields>{{"a"}, {"b"}, {"c"}, {"d"}, {"e"}}), records);
+}
+
+TEST(CsvRecordReader, BlankLinesAreSkipped)
+{
+    const auto records = ReadAll("\r\n\r\na\r\n\r\n\n\rb\r\n\r\n", ",", 0);
+    EXPECT_EQ((std::vector<Fields>{{"a"}, {"b"}}), records);
+}
+
+TEST(CsvRecordReader, NulEndsRecordAndReadingGoesOn)
+{
+    const std::string data("a,b\0c,d", 7);
+    const auto records = ReadAll(data, ",", 0);
+    EXPECT_EQ((std::vector<Fields>{{"a", "b"}, {"c", "d"}}), records);
+}
+
+TEST(CsvRecordReader, NulInsideQuotesEndsRecord)
+{
+    const std::string data("\"a\0b\"\nc", 7);
+    const auto records = ReadAll(data, ",", 0);
+    ASSERT_EQ(3u, records.size());
+    EXPECT_EQ(Fields{"\"a"}, records[0]);
+    EXPECT_EQ(Fields{"b\""}, records[1]);
+    EXPECT_EQ(Fields{"c"}, records[2]);
+}
+
+TEST(CsvRecordReader, QuotedLineBreakStaysInRecord)
+{
+    const auto records = ReadAll("h\r\n\"x\r\ny\",z\r\nnext", ",", 0);
+    EXPECT_EQ((std::vector<Fields>{{"h"}, {"x\r\ny", "z"}, {"next"}}), records);
+}
+
+TEST(CsvRecordReader, LineBreakRightAfterClosingQuoteEndsRecord)
+{
+    const auto records = ReadAll("\"a\"\n\"b\"\r\n", ",", 0);
+    EXPECT_EQ((std::vector<Fields>{{"a"}, {"b"}}), records);
+}
+
+TEST(CsvRecordReader, QuoteNotAtFieldStartDoesNotProtectLineBreak)
+{
+    const auto records = ReadAll("a\"b\nc\"", ",", 0);
+    EXPECT_EQ((std::vector<Fields>{{"a\"b"}, {"c\""}}), records);
+}
+
+TEST(CsvRecordReader, QuoteAfterLeadingSpacesStartsQuotedPart)
+{
+    const auto records = ReadAll("a,  \"x\ny\",b\nc", ",", 0);
+    EXPECT_EQ((std::vector<Fields>{{"a", "x\ny", "b"}, {"c"}}), records);
+}
+
+TEST(CsvRecordReader, BackslashProtectsLineBreakOutsideQuotes)
+{
+    const auto records = ReadAll("a\\\nb\nc", ",", CSV_BACKSLASH_ESCAPE);
+    EXPECT_EQ((std::vector<Fields>{{"a\nb"}, {"c"}}), records);
+}
+
+TEST(CsvRecordReader, UnterminatedQuoteRunsToEndOfData)
+{
+    const auto records = ReadAll("a\n\"b,c\nd", ",", 0);
+    EXPECT_EQ((std::vector<Fields>{{"a"}, {"\"b,c\nd"}}), records);
+}
+
+TEST(CsvRecordReader, CommentLinesGoToSink)
+{
+    std::vector<std::string> comments;
+    const auto records =
+        ReadAll("#one\r\na\r\n#two\nb\n  #kept", ",", CSV_IGNORE_COMMENTS, &comments);
+    EXPECT_EQ((std::vector<Fields>{{"a"}, {"b"}, {"#kept"}}), records);
+    EXPECT_EQ((std::vector<std::string>{"#one", "#two"}), comments);
+}
+
+TEST(CsvRecordReader, CommentsAreDataWithoutTheFlag)
+{
+    const auto records = ReadAll("#one\na", ",", 0);
+    EXPECT_EQ((std::vector<Fields>{{"#one"}, {"a"}}), records);
+}
+
+TEST(CsvRecordReader, ReadFieldsAppendsWithFlag)
+{
+    CsvRecordReader reader("a,b\nc");
+    Fields fields{"x"};
+    ASSERT_TRUE(reader.ReadFields(fields, CSV_APPEND, ",", nullptr));
+    ASSERT_TRUE(reader.ReadFields(fields, CSV_APPEND, ",", nullptr));
+    EXPECT_EQ((Fields{"x", "a", "b", "c"}), fields);
+    EXPECT_FALSE(reader.ReadFields(fields, CSV_APPEND, ",", nullptr));
+}
+
+struct DetectCase
+{
+    const char* name;
+    std::string record;
+    char expected;
+};
+
+class DetectSeparatorTable : public testing::TestWithParam<DetectCase>
+{};
+
+TEST_P(DetectSeparatorTable, Picks)
+{
+    EXPECT_EQ(GetParam().expected, CsvRecordReader::DetectSeparator(GetParam().record, 0));
+}
+
+INSTANTIATE_TEST_SUITE_P(CsvRecordReader, DetectSeparatorTable,
+                         testing::Values(DetectCase{"NoneGivesComma", "abc", ','},
+                                         DetectCase{"CommaWinsTieWithSemicolon", "x;y,z", ','},
+                                         DetectCase{"TabWinsTieWithSemicolon", "a\tb;c", '\t'},
+                                         DetectCase{"SemicolonWinsTieWithBar", "a;b|c", ';'},
+                                         DetectCase{"BarWhenMost", "a|b|c,d", '|'},
+                                         DetectCase{"QuotedCommasNotCounted", "\"a,b\";c;d", ';'},
+                                         DetectCase{"TabsMost", "a\tb\tc,d", '\t'}),
+                         CaseName());
+
+TEST(CsvRecordReader, DetectingReadReportsSeparatorAndSplits)
+{
+    CsvRecordReader reader("\"a,b\";c;d\r\n1;2;3");
+    Fields fields;
+    char separator = 0;
+    ASSERT_TRUE(reader.ReadFirstRecordDetecting(fields, 0, separator, nullptr));
+    EXPECT_EQ(';', separator);
+    EXPECT_EQ((Fields{"a,b", "c", "d"}), fields);
+    ASSERT_TRUE(reader.ReadFields(fields, 0, ";", nullptr));
+    EXPECT_EQ((Fields{"1", "2", "3"}), fields);
+}
+
+TEST(CsvRecordReader, DetectingReadFalseWhenAllFieldsEmpty)
+{
+    CsvRecordReader reader(",,\nx");
+    Fields fields;
+    char separator = 0;
+    EXPECT_FALSE(reader.ReadFirstRecordDetecting(fields, 0, separator, nullptr));
+    EXPECT_EQ(3u, fields.size());
+}
+
+TEST(CsvRecordReader, DetectionModeTogglesQuotesOnly)
+{
+    // A stray quote after a closing quote leaves the scan inside quotes, so the line break is
+    // part of the first record in detection mode but not in separator mode.
+    const std::string data = "\"a\"b\"c\nd\"\ne";
+    CsvRecordReader detecting(data);
+    std::string_view record;
+    ASSERT_TRUE(detecting.ReadRecord(record, 0, {}, nullptr));
+    EXPECT_EQ("\"a\"b\"c\nd\"", record);
+    CsvRecordReader separated(data);
+    ASSERT_TRUE(separated.ReadRecord(record, 0, ",", nullptr));
+    EXPECT_EQ("\"a\"b\"c", record);
+}
+
+TEST(CsvRecordReader, SeekReadsRecordAgain)
+{
+    CsvRecordReader reader("\n\na,b\nc");
+    const std::size_t start = reader.Position();
+    Fields fields;
+    ASSERT_TRUE(reader.ReadFields(fields, 0, ",", nullptr));
+    reader.Seek(start);
+    Fields again;
+    ASSERT_TRUE(reader.ReadFields(again, 0, ",", nullptr));
+    EXPECT_EQ(fields, again);
+}
+
+TEST(CsvRecordReader, WideFormMatchesNarrowForm)
+{
+    const std::u16string data = u"  \"\u00e9\"\"b\"  ,c\r\n\"x\ny\";\u4e2d,\r\n";
+    CsvRecordReader16 reader(data);
+    std::vector<std::u16string> fields;
+    ASSERT_TRUE(reader.ReadFields(fields, 0, u",", nullptr));
+    EXPECT_EQ((std::vector<std::u16string>{u"\u00e9\"b", u"c"}), fields);
+    ASSERT_TRUE(reader.ReadFields(fields, 0, u",", nullptr));
+    EXPECT_EQ((std::vector<std::u16string>{u"\"x\ny\";\u4e2d", u""}), fields);
+    EXPECT_FALSE(reader.ReadFields(fields, 0, u",", nullptr));
+}
+
+TEST(CsvRecordReader, SplitFromUtf8GivesUtf16)
+{
+    std::vector<std::u16string> fields;
+    SplitRecordFromUtf8("\"\xc3\xa9t\xc3\xa9\",\xe4\xb8\xad", fields, ",", CSV_FROM_UTF8);
+    EXPECT_EQ((std::vector<std::u16string>{u"\u00e9t\u00e9", u"\u4e2d"}), fields);
+}
+
+TEST(CsvRecordReader, RandomInputNeverBreaksInvariants)
+{
+    // Every record must lie inside the data and reading must always move forward.
+    std::mt19937 random(12345);
+    const char alphabet[] = {'a', ',', ';', '"', '\r', '\n', ' ', '\\', '#', '\0', '\t', '|'};
+    for (int round = 0; round < 3000; ++round) {
+        std::string data(random() % 64, '\0');
+        for (char& c : data)
+            c = (random() % 8 == 0) ? static_cast<char>(random())
+                                    : alphabet[random() % sizeof alphabet];
+        const unsigned flags = random() % 16 & (CSV_IGNORE_COMMENTS | CSV_BACKSLASH_ESCAPE);
+        const std::string_view separators = (round % 3 == 0) ? std::string_view() : ",";
+        CsvRecordReader reader(data);
+        std::vector<std::string> comments;
+        std::string_view record;
+        std::size_t last = reader.Position();
+        int records = 0;
+        while (reader.ReadRecord(record, flags, separators, &comments)) {
+            ASSERT_GE(record.data(), data.data());
+            ASSERT_LE(record.data() + record.size(), data.data() + data.size());
+            ASSERT_GT(reader.Position(), last);
+            last = reader.Position();
+            Fields fields;
+            CsvRecordReader::SplitRecord(record, fields, ",", flags);
+            for (const std::string& field : fields)
+                ASSERT_LE(field.size(), record.size());
+            ASSERT_LE(++records, 64);
+        }
+        ASSERT_EQ(data.size(), reader.Position());
+    }
+}
+
+} // namespace
+} // namespace quirnel
