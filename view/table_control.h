@@ -349,6 +349,7 @@ public:
     int SelectedRowCount() const { return m_selectedCount; }
     /// Selected rows in storage order; the focus row alone in single-row mode.
     std::vector<int> SelectedRows() const;
+    /// The focus row is a storage index; -1 when none.
     int FocusRow() const { return m_focusRow; }
     int FocusColumn() const { return m_focusColumn; }
     /// Out-of-range values become -1.
@@ -445,9 +446,24 @@ public:
 
 private:
     struct Storage;
-    // Defined in table_control.cpp; the header only names them.
     void NotifyReset();
     void NotifyRepaint();
+    const std::uint64_t* CellRef(int row, int column) const;
+    std::uint64_t* CellRef(int row, int column);
+    /// Replaces the text part of a cell reference, keeping its checked bit.
+    bool StoreText(int row, int column, std::uint64_t textRef);
+    /// Puts hidden rows, then the trailing row, last; storage order first when `fromStorage`.
+    void RestoreOrder(bool fromStorage);
+    void FillPositions();
+    void RecountRows();
+    /// The ordering of a sort (keys, comparator, hidden and trailing rows, positions).
+    void SortRows();
+    void KeepFocusInView();
+    /// `displayPosition` -1: where an unsorted table puts them (storage order).
+    void InsertRowsAt(int at, int count, int displayPosition);
+    /// Moves rows so that new storage index i holds old row `from[i]`.
+    void PermuteRows(const std::vector<std::int32_t>& from);
+    void ColumnsShifted(int removed, int inserted);
 
     std::unique_ptr<Storage> m_store;
     std::vector<TableColumn> m_columns;

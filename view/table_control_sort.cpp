@@ -1,0 +1,495 @@
+// Sorting the grid's rows by a column: the sort keys of each method, the comparators, and
+// where hidden rows and the trailing row end up.
+
+#include "view/table_control.h"
+#include "view/table_storage.h"
+#include "view/value_readers.h"
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <cstdio>
+#include <cstring>
+#include <deque>
+
+namespace quirnel {
+
+using namespace detail;
+
+namespace {
+
+// Hidden rows sort after everything (they are moved last anyway); blanks under "Numeric
+// (blanks=-9999)" sort before every number. The menu says -9999 but the value is the lowest
+// double we use: kept so, since a real -9999 must not tie with a blank.
+constexpr double kHiddenNumber = 1.7e308;
+constexpr double kBlankLow = -1.7e308;
+constexpr std::size_t kPaddedWidth = 24;
+
+struct TextRef
+{
+    const void* data = nullptr;
+    std::uint32_t length = 0;
+    bool wide = false;
+
+    std::uint32_t Unit(std::size_t i) const
+    {
+        return wide ? static_cast<const char16_t*>(data)[i]
+                    : static_cast<unsigned char>(static_cast<const char*>(data)[i]);
+    }
+};
+
+// Case folding for "Text (case insensitive)": 8-bit text folds ASCII letters only (bytes of
+// UTF-8 and of other code pages keep their order); UTF-16 text also folds the Latin-1,
+// Latin Extended-A, Greek and Cyrillic capitals.
+std::uint32_t Fold(std::uint32_t ch, bool wide)
+{
+    if (ch >= 'A' && ch <= 'Z')
+        return ch + 32;
+    if (!wide || ch < 0xC0)
+        return ch;
+    if ((ch >= 0xC0 && ch <= 0xDE && ch != 0xD7) || (ch >= 0x391 && ch <= 0x3AB && ch != 0x3A2) ||
+        (ch >= 0x410 && ch <= 0x42F))
+        return ch + 32;
+    if (ch >= 0x400 && ch <= 0x40F)
+        return ch + 80;
+    if (ch >= 0x100 && ch <= 0x17F && ch != 0x130 && ch != 0x138 && ch != 0x149 && ch != 0x17F) {
+        // Pairs: even capital, odd small, except the block 0x139..0x148 and 0x179..0x17E
+        // where the capital is odd.
+        bool oddCapitals = (ch >= 0x139 && ch <= 0x148) || (ch >= 0x179 && ch <= 0x17E);
+        if (oddCapitals ? (ch % 2 == 1) : (ch % 2 == 0))
+            return ch + 1;
+    }
+    return ch;
+}
+
+// Compares two texts unit by unit; `padA`/`padB` virtual leading "0"s stand in front.
+template <bool FoldCase>
+int CompareUnits(const TextRef& a, std::size_t padA, const TextRef& b, std::size_t padB)
+{
+    const std::size_t lengthA = a.length + padA;
+    const std::size_t lengthB = b.length + padB;
+    const std::size_t common = std::min(lengthA, lengthB);
+    for (std::size_t i = 0; i < common; ++i) {
+        std::uint32_t x = i < padA ? '0' : a.Unit(i - padA);
+        std::uint32_t y = i < padB ? '0' : b.Unit(i - padB);
+        if constexpr (FoldCase) {
+            x = Fold(x, a.wide);
+            y = Fold(y, b.wide);
+        }
+        if (x != y)
+            return x < y ? -1 : 1;
+    }
+    return lengthA < lengthB ? -1 : (lengthA > lengthB ? 1 : 0);
+}
+
+int CompareText(const TextRef& a, const TextRef& b, bool foldCase)
+{
+    if (!foldCase && !a.wide && !b.wide) {
+        std::size_t common = std::min(a.length, b.length);
+        int c = common ? std::memcmp(a.data, b.data, common) : 0;
+        if (c != 0)
+            return c < 0 ? -1 : 1;
+        return a.length < b.length ? -1 : (a.length > b.length ? 1 : 0);
+    }
+    return foldCase ? CompareUnits<true>(a, 0, b, 0) : CompareUnits<false>(a, 0, b, 0);
+}
+
+enum class SecondaryKind
+{
+    Index,       ///< no secondary column: the storage index as "%06d"
+    Text,        ///< methods 0 and 4
+    Padded,      ///< method 1: "0"s in front up to 24 characters
+    PaddedBlank, ///< method 3: as Padded, but blank stays blank
+    Date,        ///< method 2: "yy/mm/dd HH:ii:ss"
+    Bytes        ///< method 5: "%024.0f"
+};
+
+struct SortKey
+{
+    TextRef primary;
+    double number = 0;
+    TextRef secondary;
+    /// The date as yymmddHHiiss (sorts as its text does), or the byte count.
+    double secondaryNumber = 0;
+    /// Nothing was filled in (hidden rows): the secondary key is the empty text.
+    bool secondaryBlank = false;
+    std::int32_t row = 0;
+};
+
+// "%06d" compared as text: numerically while both have six digits.
+int CompareIndexText(std::int32_t a, std::int32_t b)
+{
+    if (a < 1000000 && b < 1000000)
+        return a < b ? -1 : (a > b ? 1 : 0);
+    char x[16];
+    char y[16];
+    std::snprintf(x, sizeof x, "%06d", a);
+    std::snprintf(y, sizeof y, "%06d", b);
+    int c = std::strcmp(x, y);
+    return c < 0 ? -1 : (c > 0 ? 1 : 0);
+}
+
+int CompareBytesText(double a, double b)
+{
+    if (a >= 0 && b >= 0 && a < 1e23 && b < 1e23) {
+        a = std::nearbyint(a);
+        b = std::nearbyint(b);
+        return a < b ? -1 : (a > b ? 1 : 0);
+    }
+    char x[400];
+    char y[400];
+    std::snprintf(x, sizeof x, "%024.0f", a);
+    std::snprintf(y, sizeof y, "%024.0f", b);
+    int c = std::strcmp(x, y);
+    return c < 0 ? -1 : (c > 0 ? 1 : 0);
+}
+
+struct Comparator
+{
+    bool textPrimary = false;
+    bool foldCase = false;
+    SecondaryKind secondaryKind = SecondaryKind::Index;
+
+    int Secondary(const SortKey& a, const SortKey& b) const
+    {
+        if (a.secondaryBlank || b.secondaryBlank) {
+            if (a.secondaryBlank && b.secondaryBlank)
+                return 0;
+            const SortKey& other = a.secondaryBlank ? b : a;
+            bool otherEmpty = (secondaryKind == SecondaryKind::Text ||
+                               secondaryKind == SecondaryKind::PaddedBlank) &&
+                              other.secondary.length == 0;
+            if (otherEmpty)
+                return 0;
+            return a.secondaryBlank ? -1 : 1;
+        }
+        switch (secondaryKind) {
+        case SecondaryKind::Index:
+            return CompareIndexText(a.row, b.row);
+        case SecondaryKind::Text:
+            return CompareText(a.secondary, b.secondary, foldCase);
+        case SecondaryKind::Padded:
+        case SecondaryKind::PaddedBlank: {
+            bool keepBlank = secondaryKind == SecondaryKind::PaddedBlank;
+            auto pad = [keepBlank](const TextRef& t) -> std::size_t {
+                if ((keepBlank && t.length == 0) || t.length >= kPaddedWidth)
+                    return 0;
+                return kPaddedWidth - t.length;
+            };
+            return foldCase ? CompareUnits<true>(a.secondary, pad(a.secondary), b.secondary,
+                                                 pad(b.secondary))
+                            : CompareUnits<false>(a.secondary, pad(a.secondary), b.secondary,
+                                                  pad(b.secondary));
+        }
+        case SecondaryKind::Date:
+            return a.secondaryNumber < b.secondaryNumber
+                       ? -1
+                       : (a.secondaryNumber > b.secondaryNumber ? 1 : 0);
+        case SecondaryKind::Bytes:
+            return CompareBytesText(a.secondaryNumber, b.secondaryNumber);
+        }
+        return 0;
+    }
+
+    /// Negative when a sorts first. The row (the record's place when the keys were built)
+    /// breaks every remaining tie, so no two records compare equal.
+    int Compare(const SortKey& a, const SortKey& b) const
+    {
+        int c;
+        if (textPrimary)
+            c = CompareText(a.primary, b.primary, foldCase);
+        else
+            c = a.number < b.number ? -1 : (a.number > b.number ? 1 : 0);
+        if (c != 0)
+            return c;
+        c = Secondary(a, b);
+        if (c != 0)
+            return c;
+        return a.row < b.row ? -1 : (a.row > b.row ? 1 : 0);
+    }
+};
+
+// A fixed-width prefix of the primary key that orders records like the full comparison
+// whenever two prefixes differ, so most comparisons touch only this 16-byte array.
+struct FastKey
+{
+    std::uint64_t key;
+    std::uint32_t index;
+};
+
+std::uint64_t NumberKey(double value)
+{
+    if (value == 0)
+        value = 0; // -0 and +0 compare equal
+    auto bits = std::bit_cast<std::uint64_t>(value);
+    return (bits & 0x8000000000000000ull) ? ~bits : (bits | 0x8000000000000000ull);
+}
+
+std::uint64_t TextPrefix(const TextRef& text, bool foldCase, bool wideUnits)
+{
+    std::uint64_t key = 0;
+    const std::size_t units = wideUnits ? 4 : 8;
+    const int bits = wideUnits ? 16 : 8;
+    for (std::size_t i = 0; i < units; ++i) {
+        std::uint32_t unit = i < text.length ? text.Unit(i) : 0;
+        if (foldCase)
+            unit = Fold(unit, text.wide);
+        key = (key << bits) | unit;
+    }
+    return key;
+}
+
+} // namespace
+
+void TableControl::SortRows()
+{
+    Storage& s = *m_store;
+    s.needsResort = false;
+    s.orderDirty = false;
+    if (m_rowCount == 0)
+        return;
+    const int c = m_sortColumn;
+    if (c < 1 || c >= ColumnCount()) {
+        // No valid column: every row keeps its storage index as its order.
+        RestoreOrder(true);
+        KeepFocusInView();
+        return;
+    }
+    const TableColumn& column = m_columns[static_cast<std::size_t>(c)];
+    const int m = column.sortMethod;
+    int sc = -1;
+    if (m_previousSort[0] != c)
+        sc = m_previousSort[0];
+    else if (m_previousSort[1] != c)
+        sc = m_previousSort[1];
+    if (sc < 1 || sc >= ColumnCount())
+        sc = -1;
+    const int ms = sc >= 0 ? m_columns[static_cast<std::size_t>(sc)].sortMethod : 0;
+
+    Comparator comparator;
+    comparator.textPrimary = m == kSortTextNoCase || m == kSortTextCase;
+    comparator.foldCase = m == kSortTextNoCase;
+    if (sc < 0)
+        comparator.secondaryKind = SecondaryKind::Index;
+    else if (ms == kSortNumeric)
+        comparator.secondaryKind = SecondaryKind::Padded;
+    else if (ms == kSortNumericLow)
+        comparator.secondaryKind = SecondaryKind::PaddedBlank;
+    else if (ms == kSortDateTime)
+        comparator.secondaryKind = SecondaryKind::Date;
+    else if (ms == kSortMemory)
+        comparator.secondaryKind = SecondaryKind::Bytes;
+    else
+        comparator.secondaryKind = SecondaryKind::Text;
+
+    // Texts made up for two-state and integer cells live here while the sort runs.
+    std::deque<std::string> madeTexts;
+    static const char kTilde[] = "~";
+    static const char kOne[] = "1";
+    static const char kZero[] = "0";
+    auto cellText = [&](int row, int col) -> TextRef {
+        const TableColumn& info = m_columns[static_cast<std::size_t>(col)];
+        std::uint64_t ref =
+            s.cells[static_cast<std::size_t>(col - 1)][static_cast<std::size_t>(row)];
+        if (info.kind == kColumnCheck || info.kind == kColumnCheckAlt)
+            return TextRef{(ref & kCheckedBit) ? kOne : kZero, 1, false};
+        if (info.kind == kColumnChoice) {
+            madeTexts.push_back(std::to_string(CellValue(row, col)));
+            return TextRef{madeTexts.back().data(),
+                           static_cast<std::uint32_t>(madeTexts.back().size()), false};
+        }
+        if (IsWide(ref)) {
+            std::u16string_view text = s.pool.View16(ref);
+            return TextRef{text.data(), static_cast<std::uint32_t>(text.size()), true};
+        }
+        std::string_view text = s.pool.View8(ref);
+        return TextRef{text.data(), static_cast<std::uint32_t>(text.size()), false};
+    };
+    auto readNumber = [](const TextRef& t) -> double {
+        std::optional<double> value =
+            t.wide ? ReadNumber(std::u16string_view(static_cast<const char16_t*>(t.data), t.length))
+                   : ReadNumber(std::string_view(static_cast<const char*>(t.data), t.length));
+        return value.value_or(0.0);
+    };
+    auto readDate = [this](const TextRef& t) -> std::optional<DateTime> {
+        return t.wide ? ReadDateTime(
+                            std::u16string_view(static_cast<const char16_t*>(t.data), t.length),
+                            m_dayFirst)
+                      : ReadDateTime(std::string_view(static_cast<const char*>(t.data), t.length),
+                                     m_dayFirst);
+    };
+    auto readMemory = [](const TextRef& t) -> double {
+        std::optional<double> value =
+            t.wide ? ReadMemorySize(
+                         std::u16string_view(static_cast<const char16_t*>(t.data), t.length))
+                   : ReadMemorySize(std::string_view(static_cast<const char*>(t.data), t.length));
+        return value.value_or(0.0);
+    };
+
+    const std::size_t count = static_cast<std::size_t>(m_rowCount);
+    std::vector<SortKey> keys(count);
+    bool anyWide = false;
+    for (std::size_t r = 0; r < count; ++r) {
+        SortKey& key = keys[r];
+        const int row = static_cast<int>(r);
+        key.row = row;
+        if (s.flags[r] & kRowHidden) {
+            key.primary = TextRef{kTilde, 1, false};
+            key.number = kHiddenNumber;
+            key.secondaryBlank = true;
+            continue;
+        }
+        if (column.kind == kColumnChoice && (m == kSortNumeric || m == kSortNumericLow)) {
+            std::int32_t value = CellValue(row, c);
+            if (value == kEmptyChoice)
+                key.number = m == kSortNumeric ? 0.0 : -2147483648.0;
+            else
+                key.number = value;
+        } else if (m == kSortStoredValue) {
+            key.number = CellValue(row, c);
+        } else {
+            TextRef text = cellText(row, c);
+            switch (m) {
+            case kSortNumeric:
+                key.number = readNumber(text);
+                break;
+            case kSortNumericLow:
+                key.number = text.length == 0 ? kBlankLow : readNumber(text);
+                break;
+            case kSortDateTime: {
+                std::optional<DateTime> date = readDate(text);
+                key.number = date ? static_cast<double>(date->Serial()) : 0.0;
+                break;
+            }
+            case kSortMemory:
+                key.number = readMemory(text);
+                break;
+            default:
+                key.primary = text;
+                anyWide = anyWide || text.wide;
+                break;
+            }
+        }
+        if (sc < 0)
+            continue;
+        switch (comparator.secondaryKind) {
+        case SecondaryKind::Index:
+            break;
+        case SecondaryKind::Text:
+        case SecondaryKind::Padded:
+        case SecondaryKind::PaddedBlank:
+            key.secondary = cellText(row, sc);
+            break;
+        case SecondaryKind::Date: {
+            std::optional<DateTime> date = readDate(cellText(row, sc));
+            key.secondaryNumber =
+                date ? ((((date->year % 100) * 100.0 + date->month) * 100.0 + date->day) * 100.0 +
+                        date->hour) *
+                               10000.0 +
+                           date->minute * 100.0 + date->second
+                     : -1.0;
+            break;
+        }
+        case SecondaryKind::Bytes:
+            key.secondaryNumber = readMemory(cellText(row, sc));
+            break;
+        }
+    }
+
+    std::vector<FastKey> fast(count);
+    for (std::size_t r = 0; r < count; ++r) {
+        fast[r].index = static_cast<std::uint32_t>(r);
+        fast[r].key = comparator.textPrimary
+                          ? TextPrefix(keys[r].primary, comparator.foldCase, anyWide)
+                          : NumberKey(keys[r].number);
+    }
+    std::sort(fast.begin(), fast.end(), [&](const FastKey& a, const FastKey& b) {
+        if (a.key != b.key)
+            return a.key < b.key;
+        return comparator.Compare(keys[a.index], keys[b.index]) < 0;
+    });
+
+    // Hidden rows, then the trailing row, go last; descending reverses only the visible rows,
+    // which is where moving them to the front before the reversal leaves them.
+    std::vector<std::int32_t>& order = s.order;
+    order.resize(count);
+    std::size_t write = 0;
+    std::vector<std::int32_t> hidden;
+    for (const FastKey& item : fast) {
+        auto row = static_cast<std::int32_t>(item.index);
+        if (row == m_trailingRow)
+            continue;
+        if (s.flags[item.index] & kRowHidden)
+            hidden.push_back(row);
+        else
+            order[write++] = row;
+    }
+    if (!m_sortAscending)
+        std::reverse(order.begin(), order.begin() + static_cast<std::ptrdiff_t>(write));
+    for (std::int32_t row : hidden)
+        order[write++] = row;
+    if (m_trailingRow >= 0 && m_trailingRow < m_rowCount)
+        order[write++] = m_trailingRow;
+    FillPositions();
+    KeepFocusInView();
+}
+
+void TableControl::KeepFocusInView()
+{
+    int first = m_geometry.firstVisiblePosition;
+    const int page = std::max(1, m_geometry.completelyVisibleRows);
+    int position = DisplayPosition(m_focusRow);
+    if (position >= 0) {
+        if (position < first)
+            first = position;
+        else if (position > first + page - 1)
+            first = position - page + 1;
+    }
+    first = std::clamp(first, 0, std::max(0, m_visibleCount - page));
+    m_geometry.firstVisiblePosition = first;
+}
+
+bool TableControl::SetSort(int column, bool ascending, bool sortNow)
+{
+    if (column < 0 || column >= ColumnCount())
+        return false;
+    if (m_columns[static_cast<std::size_t>(column)].flags & COLUMN_NO_SORT)
+        return false;
+    if (column == m_sortColumn && ascending == m_sortAscending)
+        return true;
+    if (column != m_sortColumn && m_sortColumn >= 0) {
+        m_previousSort[1] = m_previousSort[0];
+        m_previousSort[0] = m_sortColumn;
+    }
+    m_sortColumn = column;
+    m_sortAscending = ascending;
+    if (sortNow) {
+        SortRows();
+        NotifyReset();
+        if (m_owner)
+            m_owner->OnSortChanged();
+    }
+    return true;
+}
+
+void TableControl::Sort()
+{
+    SortRows();
+    NotifyReset();
+}
+
+void TableControl::Unsort()
+{
+    if (m_sortColumn >= 0) {
+        m_previousSort[1] = m_previousSort[0];
+        m_previousSort[0] = m_sortColumn;
+    }
+    m_sortColumn = -1;
+    m_sortAscending = true;
+    SortRows();
+    NotifyReset();
+    if (m_owner)
+        m_owner->OnSortChanged();
+}
+
+} // namespace quirnel

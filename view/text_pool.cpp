@@ -1,0 +1,193 @@
+#include "ostrand/core/fatal.h"
+#include "view/table_storage.h"
+
+#include <algorithm>
+
+namespace quirnel::detail {
+
+struct TextPool::Chunk
+{
+    std::shared_ptr<const std::string> adopted;
+    std::unique_ptr<char[]> bytes;
+    std::unique_ptr<char16_t[]> units;
+    std::size_t capacity = 0; ///< code units
+    std::size_t used = 0;
+    bool wide = false;
+};
+
+namespace {
+
+// Arena blocks grow with the text already stored, so a small table stays small and a big
+// converted file needs few blocks.
+constexpr std::size_t kMinArenaUnits = 64 * 1024;
+constexpr std::size_t kMaxArenaUnits = 64 * 1024 * 1024;
+
+} // namespace
+
+TextPool::TextPool()
+{
+    Clear();
+}
+
+TextPool::~TextPool() = default;
+
+void TextPool::Clear()
+{
+    m_chunks.clear();
+    m_bases.clear();
+    // Chunk 0 means "no text"; it is never filled.
+    m_chunks.emplace_back();
+    m_bases.push_back(nullptr);
+    m_arena8 = 0;
+    m_arena16 = 0;
+    m_arenaTotal = 0;
+    m_long8.clear();
+    m_long16.clear();
+}
+
+std::uint32_t TextPool::NewChunk()
+{
+    if (m_chunks.size() > kLastTextChunk)
+        ost::FatalError("The table holds more text chunks than it can address (%zu).",
+                        m_chunks.size());
+    m_chunks.emplace_back();
+    m_bases.push_back(nullptr);
+    return static_cast<std::uint32_t>(m_chunks.size() - 1);
+}
+
+std::uint32_t TextPool::ArenaWithRoom(bool wide, std::size_t units)
+{
+    std::uint32_t& current = wide ? m_arena16 : m_arena8;
+    if (current != 0) {
+        const Chunk& chunk = m_chunks[current];
+        if (chunk.capacity - chunk.used >= units)
+            return current;
+    }
+    std::size_t size = std::clamp(m_arenaTotal / 2, kMinArenaUnits, kMaxArenaUnits);
+    size = std::max(size, units);
+    std::uint32_t id = NewChunk();
+    Chunk& chunk = m_chunks[id];
+    chunk.wide = wide;
+    chunk.capacity = size;
+    if (wide) {
+        chunk.units.reset(new char16_t[size]);
+        m_bases[id] = chunk.units.get();
+    } else {
+        chunk.bytes.reset(new char[size]);
+        m_bases[id] = chunk.bytes.get();
+    }
+    m_arenaTotal += size * (wide ? 2 : 1);
+    current = id;
+    return id;
+}
+
+std::uint64_t TextPool::Store8(std::string_view text)
+{
+    if (text.empty())
+        return 0;
+    if (text.size() > kLengthMask) {
+        m_long8.emplace_back(text);
+        return MakeRef(false, kLongChunk, m_long8.size() - 1, 0);
+    }
+    std::uint32_t id = ArenaWithRoom(false, text.size());
+    Chunk& chunk = m_chunks[id];
+    std::copy(text.begin(), text.end(), chunk.bytes.get() + chunk.used);
+    std::uint64_t ref = MakeRef(false, id, chunk.used, text.size());
+    chunk.used += text.size();
+    return ref;
+}
+
+std::uint64_t TextPool::Store16(std::u16string_view text)
+{
+    if (text.empty())
+        return kWideBit;
+    if (text.size() > kLengthMask) {
+        m_long16.emplace_back(text);
+        return MakeRef(true, kLongChunk, m_long16.size() - 1, 0);
+    }
+    std::uint32_t id = ArenaWithRoom(true, text.size());
+    Chunk& chunk = m_chunks[id];
+    std::copy(text.begin(), text.end(), chunk.units.get() + chunk.used);
+    std::uint64_t ref = MakeRef(true, id, chunk.used, text.size());
+    chunk.used += text.size();
+    return ref;
+}
+
+int TextPool::Adopt(std::shared_ptr<const std::string> buffer)
+{
+    if (!buffer)
+        return -1;
+    std::uint32_t id = NewChunk();
+    Chunk& chunk = m_chunks[id];
+    m_bases[id] = buffer->data();
+    chunk.capacity = buffer->size();
+    chunk.used = buffer->size();
+    chunk.adopted = std::move(buffer);
+    return static_cast<int>(id);
+}
+
+std::uint64_t TextPool::Borrow8(int handle, std::string_view text)
+{
+    if (text.empty())
+        return 0;
+    if (handle > 0 && static_cast<std::size_t>(handle) < m_chunks.size()) {
+        const Chunk& chunk = m_chunks[static_cast<std::size_t>(handle)];
+        if (chunk.adopted) {
+            const char* base = chunk.adopted->data();
+            // Compared as addresses, since the text may come from anywhere.
+            auto begin = reinterpret_cast<std::uintptr_t>(base);
+            auto start = reinterpret_cast<std::uintptr_t>(text.data());
+            if (start >= begin && start - begin <= chunk.capacity &&
+                text.size() <= chunk.capacity - (start - begin) && text.size() <= kLengthMask &&
+                start - begin <= kOffsetMask)
+                return MakeRef(false, static_cast<std::uint32_t>(handle), start - begin,
+                               text.size());
+        }
+    }
+    return Store8(text);
+}
+
+void TextPool::Reserve16(std::size_t units)
+{
+    std::uint32_t current = m_arena16;
+    if (current != 0 && m_chunks[current].capacity - m_chunks[current].used >= units)
+        return;
+    m_arena16 = 0;
+    std::size_t saved = m_arenaTotal;
+    // A block of exactly the asked size: the caller knows the total.
+    m_arenaTotal = 0;
+    std::uint32_t id = NewChunk();
+    Chunk& chunk = m_chunks[id];
+    chunk.wide = true;
+    chunk.capacity = std::max<std::size_t>(units, 1);
+    chunk.units.reset(new char16_t[chunk.capacity]);
+    m_bases[id] = chunk.units.get();
+    m_arenaTotal = saved + chunk.capacity * 2;
+    m_arena16 = id;
+}
+
+std::size_t TextPool::ArenaBytes() const
+{
+    return m_arenaTotal;
+}
+
+std::size_t TextPool::AdoptedBytes() const
+{
+    std::size_t total = 0;
+    for (const Chunk& chunk : m_chunks)
+        if (chunk.adopted)
+            total += chunk.adopted->capacity();
+    return total;
+}
+
+std::size_t TextPool::LongBytes() const
+{
+    std::size_t total = 0;
+    for (const std::string& text : m_long8)
+        total += text.capacity();
+    for (const std::u16string& text : m_long16)
+        total += text.capacity() * 2;
+    return total + m_chunks.capacity() * sizeof(Chunk) + m_bases.capacity() * sizeof(void*);
+}
+
+} // namespace quirnel::detail
