@@ -22,6 +22,20 @@ bool OptionValue(OptionBinding binding, const DocumentState& state)
     return false;
 }
 
+bool IsToggleCommand(int id)
+{
+    switch (id) {
+    case cmd::kMultilineEditingMode:
+    case cmd::kMultilineEditingOption:
+    case cmd::kWarningsVisible:
+    case cmd::kDisplayWarnings:
+    case cmd::kDisplayToolbar:
+        return true;
+    default:
+        return false;
+    }
+}
+
 CommandState ComputeCommandState(int id, const DocumentState& state)
 {
     CommandState result;

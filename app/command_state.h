@@ -69,11 +69,27 @@ struct CommandState
     bool checked = false;
 };
 
+/// What the menus, toolbar and accelerators talk to: the main window. The Qt builder sends
+/// every chosen id to OnCommand and asks CurrentState whenever a menu opens or states refresh.
+class CommandHost
+{
+public:
+    virtual ~CommandHost() = default;
+    /// The one dispatcher from id to handler.
+    virtual void OnCommand(int id) = 0;
+    virtual DocumentState CurrentState() const = 0;
+    /// Sets the boolean an Options check entry is bound to; called before its id is sent.
+    virtual void SetOption(OptionBinding binding, bool value) = 0;
+};
+
 /// The state of command id. Ids that toggle a switch report it as checked.
 CommandState ComputeCommandState(int id, const DocumentState& state);
 /// The same for a menu entry, whose bound boolean (if any) decides the check rather than its
 /// id, since several entries share one id.
 CommandState ComputeCommandState(const MenuEntry& entry, const DocumentState& state);
+
+/// Commands that switch something on and off, shown as checkable buttons and entries.
+bool IsToggleCommand(int id);
 
 /// The value of a bound boolean in the snapshot.
 bool OptionValue(OptionBinding binding, const DocumentState& state);

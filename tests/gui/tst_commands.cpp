@@ -1,0 +1,408 @@
+// Menus, shortcuts and the toolbar built from the command table on a bare main window.
+
+#include "app/command_ids.h"
+#include "app/qt/command_actions.h"
+#include "app/qt/toolbar_widgets.h"
+
+#include <QAction>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QMainWindow>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPushButton>
+#include <QTest>
+#include <QToolBar>
+#include <QToolButton>
+#include <QTreeWidget>
+
+#include <map>
+#include <memory>
+
+using namespace quirnel;
+
+namespace {
+
+class RecordingHost : public CommandHost
+{
+public:
+    void OnCommand(int id) override
+    {
+        received.push_back(id);
+        if (id == cmd::kDisplayToolbar && toolbar) {
+            toolbar->ToggleShown();
+        }
+    }
+    DocumentState CurrentState() const override
+    {
+        DocumentState copy = state;
+        if (toolbar) {
+            copy.toolbarShown = toolbar->Model().Shown();
+        }
+        return copy;
+    }
+    void SetOption(OptionBinding binding, bool value) override
+    {
+        switch (binding) {
+        case OptionBinding::FilterWholeWord:
+            state.filterWholeWord = value;
+            break;
+        case OptionBinding::FilterCaseSensitive:
+            state.filterCaseSensitive = value;
+            break;
+        case OptionBinding::WarnTooFew:
+            state.warnTooFew = value;
+            break;
+        case OptionBinding::CopyRowsNoColumnNames:
+            state.copyRowsNoColumnNames = value;
+            break;
+        case OptionBinding::None:
+            break;
+        }
+    }
+
+    DocumentState state;
+    std::vector<int> received;
+    MainToolbar* toolbar = nullptr;
+};
+
+class MemoryStore : public NamedValueStore
+{
+public:
+    std::optional<std::string> ReadValue(std::string_view section,
+                                         std::string_view key) const override
+    {
+        const auto found = values.find(std::string(section) + "/" + std::string(key));
+        if (found == values.end()) {
+            return std::nullopt;
+        }
+        return found->second;
+    }
+    void WriteValue(std::string_view section, std::string_view key, std::string_view value) override
+    {
+        values[std::string(section) + "/" + std::string(key)] = std::string(value);
+    }
+
+    std::map<std::string, std::string> values;
+};
+
+QStringList Texts(QMenu* menu)
+{
+    QStringList texts;
+    for (QAction* action : menu->actions()) {
+        if (!action->isVisible()) {
+            continue;
+        }
+        texts << (action->isSeparator() ? QStringLiteral("-") : action->text());
+    }
+    return texts;
+}
+
+QMenu* Submenu(QMenu* menu, const QString& text)
+{
+    for (QAction* action : menu->actions()) {
+        if (action->text() == text && action->menu()) {
+            return action->menu();
+        }
+    }
+    return nullptr;
+}
+
+QAction* ActionWithText(QMenu* menu, const QString& text)
+{
+    for (QAction* action : menu->actions()) {
+        if (action->text() == text) {
+            return action;
+        }
+    }
+    return nullptr;
+}
+
+void Open(QMenu* menu)
+{
+    emit menu->aboutToShow();
+}
+
+QAction* ToolbarActionFor(QToolBar* bar, int id)
+{
+    for (QAction* action : bar->actions()) {
+        if (action->data().toInt() == id) {
+            return action;
+        }
+    }
+    return nullptr;
+}
+
+} // namespace
+
+class TestCommands : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void menuBarCarriesTheExactTexts();
+    void rowMenuFollowsTheSelectedRowCount();
+    void sortOnColumnNeedsTwoColumns();
+    void boundOptionFlipsItsBooleanAndSendsItsId();
+    void shortcutReachesItsCommand();
+    void shortcutOfACommandWithoutHandlerDoesNothing();
+    void cellPopupShowsTheEditorsMenu();
+    void toolbarShowsDefaultsAndItsContextMenu();
+    void customisationSurvivesARestart();
+    void resetRestoresTheRegisteredDefaults();
+};
+
+void TestCommands::menuBarCarriesTheExactTexts()
+{
+    QMainWindow window;
+    RecordingHost host;
+    CommandActions actions(&window, host);
+    QStringList titles;
+    for (QMenu* menu : actions.Menus()) {
+        titles << menu->title();
+    }
+    QCOMPARE(titles,
+             QStringList({"&File", "&Options", "C&ell", "&Column", "&Row", "T&able", "&Tools"}));
+    QCOMPARE(window.menuBar()->actions().size(), 7);
+
+    QMenu* file = actions.Menus()[0];
+    host.state.recentFiles = {"/data/a.csv"};
+    Open(file);
+    QCOMPARE(Texts(file), QStringList({"&New file", "&Open file\tCtrl+O", "Open nonstandard file",
+                                       "&Save file\tCtrl+S", "Save file &as", "&Close file", "-",
+                                       "File properties", "Explore folder", "Export to HTML",
+                                       "Print", "&1 /data/a.csv", "-", "E&xit\tCtrl+F4"}));
+    QCOMPARE(Texts(actions.Menus()[1]),
+             QStringList({"Preferences\tAlt+P", "Customize toolbar", "Character set", "-",
+                          "Copy rows: no column names", "Display warnings", "Display toolbar",
+                          "Filter: case sensitive", "Filter: whole word", "Multiline editing mode",
+                          "Warn if too few columns"}));
+    QCOMPARE(
+        Texts(actions.Menus()[6]),
+        QStringList({"Deduplicate rows", "Find\tCtrl+F2", "Find/replace\tAlt+F2", "Find/next\tF2",
+                     "Find/previous\tShift+F2", "Graph", "Import from CSV file", "Shuffle rows",
+                     "Spell check table", "Trim whitespace"}));
+    QVERIFY(!ActionWithText(actions.Menus()[6], "Graph")->icon().isNull());
+
+    // Choosing an entry sends its id.
+    ActionWithText(actions.Menus()[5], "Jump to row")->trigger();
+    QCOMPARE(host.received, std::vector<int>({11303}));
+}
+
+void TestCommands::rowMenuFollowsTheSelectedRowCount()
+{
+    QMainWindow window;
+    RecordingHost host;
+    CommandActions actions(&window, host);
+    QMenu* row = actions.Menus()[4];
+
+    host.state.selectedRowCount = 1;
+    Open(row);
+    QStringList texts = Texts(row);
+    QVERIFY(texts.contains("Delete row\tAlt+Delete"));
+    QVERIFY(texts.contains("Move row up\tAlt+PageUp"));
+    QCOMPARE(texts.size(), 11);
+
+    host.state.selectedRowCount = 2;
+    Open(row);
+    texts = Texts(row);
+    QVERIFY(texts.contains("Delete rows\tAlt+Delete"));
+    QVERIFY(texts.contains("Copy rows\tCtrl+Shift+C"));
+    QVERIFY(!texts.contains("Delete row\tAlt+Delete"));
+    QCOMPARE(texts.size(), 11);
+
+    ActionWithText(row, "Delete rows\tAlt+Delete")->trigger();
+    QCOMPARE(host.received, std::vector<int>({16160}));
+}
+
+void TestCommands::sortOnColumnNeedsTwoColumns()
+{
+    QMainWindow window;
+    RecordingHost host;
+    CommandActions actions(&window, host);
+    QMenu* sort = Submenu(actions.Menus()[5], "Sort on column");
+    QVERIFY(sort);
+
+    host.state.columnCount = 1;
+    host.state.columnTitles = {"#"};
+    Open(sort);
+    QVERIFY(sort->actions().isEmpty());
+
+    host.state.columnCount = 3;
+    host.state.columnTitles = {"#", "Name", "Price"};
+    host.state.sortColumn = 2;
+    Open(sort);
+    QCOMPARE(Texts(sort), QStringList({"No sorting", "-", "Name", "Price"}));
+    QVERIFY(!ActionWithText(sort, "No sorting")->isChecked());
+    QVERIFY(ActionWithText(sort, "Price")->isChecked());
+
+    ActionWithText(sort, "Name")->trigger();
+    QCOMPARE(host.received, std::vector<int>({cmd::kSortOnColumnBase + 1}));
+}
+
+void TestCommands::boundOptionFlipsItsBooleanAndSendsItsId()
+{
+    QMainWindow window;
+    RecordingHost host;
+    CommandActions actions(&window, host);
+    QMenu* options = actions.Menus()[1];
+    Open(options);
+    QAction* wholeWord = ActionWithText(options, "Filter: whole word");
+    QVERIFY(wholeWord->isCheckable());
+    QVERIFY(!wholeWord->isChecked());
+    QVERIFY(ActionWithText(options, "Warn if too few columns")->isChecked());
+
+    wholeWord->trigger();
+    QVERIFY(host.state.filterWholeWord);
+    QVERIFY(!host.state.filterCaseSensitive);
+    QCOMPARE(host.received, std::vector<int>({16211}));
+    Open(options);
+    QVERIFY(wholeWord->isChecked());
+    QVERIFY(!ActionWithText(options, "Filter: case sensitive")->isChecked());
+}
+
+void TestCommands::shortcutReachesItsCommand()
+{
+    QMainWindow window;
+    RecordingHost host;
+    CommandActions actions(&window, host);
+    window.show();
+    window.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+
+    QTest::keyClick(&window, Qt::Key_F2, Qt::ShiftModifier);
+    QTest::keyClick(&window, Qt::Key_PageUp, Qt::AltModifier);
+    QTest::keyClick(&window, Qt::Key_N, Qt::ControlModifier);
+    QTest::keyClick(&window, Qt::Key_V, Qt::ControlModifier | Qt::ShiftModifier | Qt::AltModifier);
+    QTest::keyClick(&window, Qt::Key_Return, Qt::ControlModifier);
+    QTest::keyClick(&window, Qt::Key_O, Qt::ControlModifier);
+    QCOMPARE(host.received, std::vector<int>({16209, 11299, 16182, 16217, 16161, 11374}));
+}
+
+void TestCommands::shortcutOfACommandWithoutHandlerDoesNothing()
+{
+    QMainWindow window;
+    RecordingHost host;
+    host.state.hasHandler = [](int id) { return id != cmd::kFindNext; };
+    CommandActions actions(&window, host);
+    window.show();
+    window.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+
+    QTest::keyClick(&window, Qt::Key_F2);
+    QVERIFY(host.received.empty());
+    Open(actions.Menus()[6]);
+    QVERIFY(!ActionWithText(actions.Menus()[6], "Find/next\tF2")->isEnabled());
+    QVERIFY(ActionWithText(actions.Menus()[6], "Find\tCtrl+F2")->isEnabled());
+}
+
+void TestCommands::cellPopupShowsTheEditorsMenu()
+{
+    QMainWindow window;
+    RecordingHost host;
+    CommandActions actions(&window, host);
+    QMenu* cell = actions.Menus()[2];
+    Open(cell);
+    QVERIFY(cell->actions().isEmpty());
+
+    QLineEdit editor;
+    actions.SetCellEditorProvider([&editor] { return &editor; });
+    Open(cell);
+    QVERIFY(!cell->actions().isEmpty());
+    Open(cell);
+    QVERIFY(!cell->actions().isEmpty());
+}
+
+void TestCommands::toolbarShowsDefaultsAndItsContextMenu()
+{
+    QMainWindow window;
+    RecordingHost host;
+    CommandActions actions(&window, host);
+    ToolbarModel model;
+    BuildMainToolbar(model);
+    MainToolbar toolbar(&window, model, actions);
+    host.toolbar = &toolbar;
+    auto* filter = new QLineEdit;
+    toolbar.SetTrailingWidgets({filter});
+
+    QToolBar* bar = toolbar.ToolBar();
+    QAction* open = ToolbarActionFor(bar, 11374);
+    QVERIFY(open);
+    QCOMPARE(open->text(), QString("Open"));
+    QCOMPARE(open->toolTip(), QString("Open an existing CSV file of your choosing. (Ctrl+O)"));
+    QVERIFY(!ToolbarActionFor(bar, 16214));
+    QCOMPARE(ToolbarActionFor(bar, 16163)->isCheckable(), true);
+    QCOMPARE(bar->toolButtonStyle(), Qt::ToolButtonTextUnderIcon);
+    // The filter stays last.
+    QCOMPARE(bar->widgetForAction(bar->actions().last()), filter);
+
+    open->trigger();
+    QCOMPARE(host.received, std::vector<int>({11374}));
+
+    std::unique_ptr<QMenu> menu(toolbar.CreateContextMenu(nullptr));
+    QCOMPARE(Texts(menu.get()), QStringList({"Display toolbar", "Customize toolbar", "Toolbar size",
+                                             "Balloon help disabled"}));
+    ActionWithText(menu.get(), "Display toolbar")->trigger();
+    QVERIFY(!model.Shown());
+    QVERIFY(bar->isHidden());
+}
+
+void TestCommands::customisationSurvivesARestart()
+{
+    MemoryStore store;
+    {
+        QMainWindow window;
+        RecordingHost host;
+        CommandActions actions(&window, host);
+        ToolbarModel model;
+        BuildMainToolbar(model);
+        MainToolbar toolbar(&window, model, actions);
+
+        CustomizeToolbarDialog dialog(model);
+        QTreeWidget* list = dialog.List();
+        QCOMPARE(list->headerItem()->text(2), QString("Last in Group"));
+        QCOMPARE(list->headerItem()->toolTip(1), QString("If checked, the icon is visible"));
+        const int graph = model.IndexOf(16214);
+        const int open = model.IndexOf(11374);
+        QCOMPARE(list->topLevelItem(graph)->text(0), QString("Graph"));
+        list->topLevelItem(graph)->setCheckState(1, Qt::Checked);
+        list->topLevelItem(open)->setCheckState(1, Qt::Unchecked);
+        dialog.AppearanceBox()->setCurrentIndex(dialog.AppearanceBox()->findText("Icons Only"));
+        dialog.SizeBox()->setCurrentIndex(dialog.SizeBox()->findText("Large"));
+        model = dialog.Result();
+        toolbar.Rebuild();
+        QVERIFY(ToolbarActionFor(toolbar.ToolBar(), 16214));
+        model.Save(store);
+    }
+    QMainWindow window;
+    RecordingHost host;
+    CommandActions actions(&window, host);
+    ToolbarModel model;
+    BuildMainToolbar(model);
+    model.Load(store);
+    MainToolbar toolbar(&window, model, actions);
+    QToolBar* bar = toolbar.ToolBar();
+    QVERIFY(ToolbarActionFor(bar, 16214));
+    QVERIFY(!ToolbarActionFor(bar, 11374));
+    QVERIFY(ToolbarActionFor(bar, 11373));
+    QCOMPARE(bar->toolButtonStyle(), Qt::ToolButtonIconOnly);
+    QCOMPARE(bar->iconSize(), QSize(32, 32));
+}
+
+void TestCommands::resetRestoresTheRegisteredDefaults()
+{
+    ToolbarModel defaults;
+    BuildMainToolbar(defaults);
+    ToolbarModel changed = defaults;
+    for (int i = 0; i < static_cast<int>(changed.Entries().size()); ++i) {
+        changed.SetVisible(i, !changed.Entries()[static_cast<std::size_t>(i)].visible);
+    }
+    CustomizeToolbarDialog dialog(changed);
+    QCOMPARE(dialog.ResetButton()->toolTip(),
+             QString("Reset the toolbar configuration to the default."));
+    QTest::mouseClick(dialog.ResetButton(), Qt::LeftButton);
+    QCOMPARE(dialog.Result().CustomizationRecord(), defaults.CustomizationRecord());
+}
+
+QTEST_MAIN(TestCommands)
+#include "tst_commands.moc"
