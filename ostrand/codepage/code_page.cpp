@@ -351,6 +351,7 @@ struct CodePageConverter::Impl
         Invalid,
         Utf8,
         SingleByte,
+        DoubleByte,
         Iconv
     };
 
@@ -362,10 +363,23 @@ struct CodePageConverter::Impl
     bool asciiDecodes = false;
     /// Every ASCII character encodes to its own byte from the initial state.
     bool asciiEncodes = false;
-    /// Single-byte code pages decode through this table (U+FFFD for bytes without a character).
+    /// What each byte decodes to on its own (U+FFFD when nothing); exact for single-byte pages.
     std::array<char16_t, 256> decodeTable{};
-    /// And encode through this one: 0x100 | byte, or 0 for a character not in the table.
-    std::vector<std::uint16_t> encodeTable;
+    /// Double-byte pages: the bytes that only make a character together with the next one.
+    std::array<bool, 256> leadByte{};
+    /// Double-byte pages: lead (minus 0x80) * 256 + trail -> kPairUnit | unit, kPairOther, or 0
+    /// while not yet asked. Filled as pairs turn up: most files use a few hundred of them.
+    std::vector<std::uint32_t> pairCache;
+    /// UTF-16 unit -> kEncodedBytes | length << 16 | first byte << 8 | second byte,
+    /// kEncodedNone (the page lacks it), kEncodedLong, or 0 while not yet asked.
+    std::vector<std::uint32_t> encodeCache;
+    std::string scratch;
+
+    static constexpr std::uint32_t kPairUnit = 1u << 16;
+    static constexpr std::uint32_t kPairOther = 2u << 16;
+    static constexpr std::uint32_t kEncodedBytes = 1u << 24;
+    static constexpr std::uint32_t kEncodedNone = 2u << 24;
+    static constexpr std::uint32_t kEncodedLong = 3u << 24;
 
     ~Impl()
     {
@@ -390,6 +404,14 @@ struct CodePageConverter::Impl
             return;
         kind = Kind::Iconv;
         Probe();
+        if (asciiDecodes && asciiEncodes && kind == Kind::Iconv &&
+            std::find(leadByte.begin(), leadByte.end(), true) != leadByte.end()) {
+            // Shift-JIS, GBK, Big5 and kin: without shift states every character converts on
+            // its own, so conversions can be remembered per character.
+            kind = Kind::DoubleByte;
+            pairCache.assign(128 * 256, 0);
+            encodeCache.assign(0x10000, 0);
+        }
     }
 
     /// Converts one byte alone; returns the units produced, or -1 when the byte needs more
@@ -425,6 +447,7 @@ struct CodePageConverter::Impl
             int got = DecodeAlone(static_cast<unsigned char>(b), unit);
             if (got < 0)
                 singleByte = false;
+            leadByte[b] = got < 0 && b >= 0x80;
             if (b < 0x80 && (got != 1 || unit != b))
                 asciiDecodes = false;
             decodeTable[b] = got == 1 ? unit : u'\uFFFD';
@@ -439,11 +462,74 @@ struct CodePageConverter::Impl
         if (!singleByte)
             return;
         kind = Kind::SingleByte;
-        encodeTable.assign(0x10000, 0);
+        encodeCache.assign(0x10000, 0);
         // Walk backwards so that when two bytes share a character the lower byte wins.
         for (unsigned b = 256; b-- > 0;)
             if (decodeTable[b] != u'\uFFFD')
-                encodeTable[decodeTable[b]] = static_cast<std::uint16_t>(0x100 | b);
+                encodeCache[decodeTable[b]] = kEncodedBytes | (1u << 16) | (b << 8);
+    }
+
+    /// The pair's character, or -1 when the pair is not exactly one character.
+    int DecodePair(unsigned char lead, unsigned char trail)
+    {
+        std::uint32_t& entry = pairCache[(lead - 0x80u) * 256u + trail];
+        if (entry == 0) {
+            const char pair[2] = {static_cast<char>(lead), static_cast<char>(trail)};
+            std::u16string units;
+            IconvToUtf16(std::string_view(pair, 2), units);
+            bool clean = units.size() == 1 && units[0] != u'\uFFFD';
+            entry = clean ? kPairUnit | units[0] : kPairOther;
+        }
+        return entry & kPairUnit ? static_cast<int>(entry & 0xFFFF) : -1;
+    }
+
+    std::uint32_t EncodeEntry(char16_t c)
+    {
+        std::uint32_t& entry = encodeCache[c];
+        if (entry == 0) {
+            scratch.clear();
+            bool lacking = false;
+            IconvFromUtf16(std::u16string_view(&c, 1), scratch, '?', lacking);
+            if (lacking)
+                entry = kEncodedNone;
+            else if (scratch.size() == 1)
+                entry = kEncodedBytes | (1u << 16) |
+                        (static_cast<std::uint32_t>(static_cast<unsigned char>(scratch[0])) << 8);
+            else if (scratch.size() == 2)
+                entry = kEncodedBytes | (2u << 16) |
+                        (static_cast<std::uint32_t>(static_cast<unsigned char>(scratch[0])) << 8) |
+                        static_cast<unsigned char>(scratch[1]);
+            else
+                entry = kEncodedLong;
+        }
+        return entry;
+    }
+
+    /// False when the field needs iconv as a whole (an invalid or longer sequence).
+    bool DecodeDoubleByte(std::string_view bytes, std::u16string& out)
+    {
+        out.resize(bytes.size());
+        char16_t* dst = out.data();
+        const size_t n = bytes.size();
+        for (size_t i = 0; i < n; ++i) {
+            auto b = static_cast<unsigned char>(bytes[i]);
+            if (b < 0x80) {
+                *dst++ = b;
+            } else if (leadByte[b]) {
+                if (i + 1 == n)
+                    return false;
+                int unit = DecodePair(b, static_cast<unsigned char>(bytes[++i]));
+                if (unit < 0)
+                    return false;
+                *dst++ = static_cast<char16_t>(unit);
+            } else if (decodeTable[b] != u'\uFFFD') {
+                *dst++ = decodeTable[b];
+            } else {
+                return false;
+            }
+        }
+        out.resize(static_cast<size_t>(dst - out.data()));
+        return true;
     }
 
     /// Appends the conversion of `bytes`; undecodable bytes become U+FFFD one by one.
@@ -567,6 +653,10 @@ struct CodePageConverter::Impl
                 *dst++ = decodeTable[static_cast<unsigned char>(b)];
             return;
         }
+        case Kind::DoubleByte:
+            if (DecodeDoubleByte(bytes, out))
+                return;
+            break;
         case Kind::Iconv:
             break;
         }
@@ -597,28 +687,48 @@ struct CodePageConverter::Impl
             IconvFromUtf16(text, out, replacement, replaced);
             return;
         }
-        // ASCII and table characters are written directly; the stretches between them go
-        // through iconv, each ending in the initial shift state so the next ASCII is plain.
         out.reserve(text.size());
         const size_t n = text.size();
         size_t i = 0;
-        while (i < n) {
+        if (encodeCache.empty()) {
+            // ASCII is written directly; the stretches between go through iconv, each ending in
+            // the initial shift state so that the ASCII after it reads as itself.
+            while (i < n) {
+                if (text[i] < 0x80) {
+                    out.push_back(static_cast<char>(text[i++]));
+                    continue;
+                }
+                size_t start = i;
+                while (i < n && text[i] >= 0x80)
+                    ++i;
+                IconvFromUtf16(text.substr(start, i - start), out, replacement, replaced);
+            }
+            return;
+        }
+        for (; i < n; ++i) {
             char16_t c = text[i];
             if (c < 0x80) {
                 out.push_back(static_cast<char>(c));
-                ++i;
                 continue;
             }
-            if (kind == Kind::SingleByte && encodeTable[c] != 0) {
-                out.push_back(static_cast<char>(encodeTable[c] & 0xFF));
-                ++i;
+            if (IsHighSurrogate(c) || IsLowSurrogate(c)) {
+                size_t length =
+                    IsHighSurrogate(c) && i + 1 < n && IsLowSurrogate(text[i + 1]) ? 2 : 1;
+                IconvFromUtf16(text.substr(i, length), out, replacement, replaced);
+                i += length - 1;
                 continue;
             }
-            size_t start = i;
-            while (i < n && text[i] >= 0x80 &&
-                   !(kind == Kind::SingleByte && encodeTable[text[i]] != 0))
-                ++i;
-            IconvFromUtf16(text.substr(start, i - start), out, replacement, replaced);
+            std::uint32_t entry = EncodeEntry(c);
+            if (entry == kEncodedNone) {
+                out.push_back(replacement);
+                replaced = true;
+            } else if (entry == kEncodedLong) {
+                IconvFromUtf16(text.substr(i, 1), out, replacement, replaced);
+            } else {
+                out.push_back(static_cast<char>((entry >> 8) & 0xFF));
+                if (((entry >> 16) & 0xFF) == 2)
+                    out.push_back(static_cast<char>(entry & 0xFF));
+            }
         }
     }
 };

@@ -36,6 +36,21 @@ TEST_P(CodePageRoundTrip, TextSurvivesBothWays)
     EXPECT_EQ(back, c.text);
 }
 
+TEST_P(CodePageRoundTrip, RepeatedConversionsAgree)
+{
+    // Converters remember what they learnt about characters; the second answer must match.
+    const RoundTripCase& c = GetParam();
+    CodePageConverter converter(c.codePage);
+    std::string first, second;
+    std::u16string firstText, secondText;
+    converter.FromUtf16(c.text, first, '?');
+    converter.FromUtf16(c.text, second, '?');
+    converter.ToUtf16(first, firstText);
+    converter.ToUtf16(second, secondText);
+    EXPECT_EQ(first, second);
+    EXPECT_EQ(firstText, secondText);
+}
+
 TEST_P(CodePageRoundTrip, SampleHasItsKnownBytes)
 {
     const RoundTripCase& c = GetParam();
@@ -73,7 +88,9 @@ INSTANTIATE_TEST_SUITE_P(
                       RoundTripCase{"Thai874", 874, u"ภาษาไทย 123", u"ภ", "\xC0"},
                       RoundTripCase{"Utf8", 65001, u"Grüße 日本 😀", u"😀", "\xF0\x9F\x98\x80"},
                       RoundTripCase{"Jis50220", 50220, u"A日B本C", u"日", "\x1B$BF|\x1B(B"},
-                      RoundTripCase{"Koi8R20866", 20866, u"Привет", u"П", "\xF0"}),
+                      RoundTripCase{"Koi8R20866", 20866, u"Привет", u"П", "\xF0"},
+                      RoundTripCase{"EucJp51932", 51932, u"丂 and 日本", u"丂", "\x8F\xB0\xA1"},
+                      RoundTripCase{"Gb18030", 54936, u"中文 ø 😀", u"中", "\xD6\xD0"}),
     [](const ::testing::TestParamInfo<RoundTripCase>& param) { return param.param.name; });
 
 TEST(CodePageConverter, GreekInto1252ReportsTheMarkerReplacement)
