@@ -18,8 +18,13 @@ void ReportInDialog(const char* message)
     auto* app = qobject_cast<QApplication*>(QCoreApplication::instance());
     if (!app || QThread::currentThread() != app->thread())
         return;
-    QMessageBox box(QMessageBox::Critical, QStringLiteral("Quirnel"), QString::fromUtf8(message),
-                    QMessageBox::Ok);
+    // Reports hold "Vector<int>" and CR-only line breaks: shown as rich text the first would
+    // vanish as an unknown tag, and a label does not break lines at a lone CR.
+    QString text = QString::fromUtf8(message);
+    text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+    text.replace(QLatin1Char('\r'), QLatin1Char('\n'));
+    QMessageBox box(QMessageBox::Critical, QStringLiteral("Quirnel"), text, QMessageBox::Ok);
+    box.setTextFormat(Qt::PlainText);
     box.exec();
 }
 
