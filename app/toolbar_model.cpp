@@ -1,5 +1,7 @@
 #include "app/toolbar_model.h"
 
+#include "ostrand/settings/settings_exchange.h"
+
 #include <charconv>
 
 namespace quirnel {
@@ -190,36 +192,23 @@ bool ToolbarModel::ApplyCustomizationRecord(std::string_view record)
     return true;
 }
 
-void ToolbarModel::Save(NamedValueStore& store) const
+void ToolbarModel::Exchange(ost::SettingsExchange& exchange)
 {
-    store.WriteValue(kToolbarSection, "Size", std::to_string(m_size));
-    store.WriteValue(kToolbarSection, "Appearance", std::to_string(static_cast<int>(m_appearance)));
-    store.WriteValue(kToolbarSection, "NoTips", m_noTips ? "1" : "0");
-    store.WriteValue(kToolbarSection, "Custm", CustomizationRecord());
-    store.WriteValue(kToolbarSection, "ToolbarShown", m_shown ? "1" : "0");
-}
-
-void ToolbarModel::Load(const NamedValueStore& store)
-{
-    if (const auto size = store.ReadValue(kToolbarSection, "Size")) {
-        if (const std::optional<int> pixels = ParseInt(*size)) {
-            SetSize(*pixels);
+    exchange.Section(kToolbarSection);
+    exchange.Bool("ToolbarShown", m_shown);
+    int size = m_size;
+    exchange.Int("Size", size);
+    int appearance = static_cast<int>(m_appearance);
+    exchange.Int("Appearance", appearance);
+    exchange.Bool("NoTips", m_noTips);
+    std::string record = CustomizationRecord();
+    exchange.Text("Custm", record);
+    if (exchange.IsReading()) {
+        SetSize(size);
+        if (appearance == 0 || appearance == 1) {
+            m_appearance = static_cast<ToolbarAppearance>(appearance);
         }
-    }
-    if (const auto appearance = store.ReadValue(kToolbarSection, "Appearance")) {
-        const std::optional<int> value = ParseInt(*appearance);
-        if (value == 0 || value == 1) {
-            m_appearance = static_cast<ToolbarAppearance>(*value);
-        }
-    }
-    if (const auto noTips = store.ReadValue(kToolbarSection, "NoTips")) {
-        m_noTips = ParseBool(*noTips).value_or(m_noTips);
-    }
-    if (const auto record = store.ReadValue(kToolbarSection, "Custm")) {
-        ApplyCustomizationRecord(*record);
-    }
-    if (const auto shown = store.ReadValue(kToolbarSection, "ToolbarShown")) {
-        m_shown = ParseBool(*shown).value_or(m_shown);
+        ApplyCustomizationRecord(record);
     }
 }
 

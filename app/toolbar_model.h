@@ -5,24 +5,15 @@
 
 #include "app/command_table.h"
 
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
-namespace quirnel {
+namespace ost {
+class SettingsExchange;
+} // namespace ost
 
-/// Read and write of named text values in a settings section; the settings file adapts to it.
-class NamedValueStore
-{
-public:
-    virtual ~NamedValueStore() = default;
-    /// nullopt when the key is absent.
-    virtual std::optional<std::string> ReadValue(std::string_view section,
-                                                 std::string_view key) const = 0;
-    virtual void WriteValue(std::string_view section, std::string_view key,
-                            std::string_view value) = 0;
-};
+namespace quirnel {
 
 enum class ToolbarAppearance
 {
@@ -111,10 +102,9 @@ public:
     /// does not name keep their current state. False when the text is not such a record.
     bool ApplyCustomizationRecord(std::string_view record);
 
-    /// "Size", "Appearance", "NoTips", "Custm" and "ToolbarShown" under "Toolbar".
-    void Save(NamedValueStore& store) const;
-    /// Missing or damaged values keep the current ones.
-    void Load(const NamedValueStore& store);
+    /// Reads or writes "ToolbarShown", "Size", "Appearance", "NoTips" and "Custm" under
+    /// "Toolbar". Missing or damaged values keep the current ones.
+    void Exchange(ost::SettingsExchange& exchange);
 
 private:
     std::vector<ToolbarEntry> m_entries;

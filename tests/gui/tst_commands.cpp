@@ -3,6 +3,8 @@
 #include "app/command_ids.h"
 #include "app/qt/command_actions.h"
 #include "app/qt/toolbar_widgets.h"
+#include "ostrand/settings/settings_exchange.h"
+#include "ostrand/settings/settings_file.h"
 
 #include <QAction>
 #include <QComboBox>
@@ -16,7 +18,6 @@
 #include <QToolButton>
 #include <QTreeWidget>
 
-#include <map>
 #include <memory>
 
 using namespace quirnel;
@@ -64,26 +65,6 @@ public:
     DocumentState state;
     std::vector<int> received;
     MainToolbar* toolbar = nullptr;
-};
-
-class MemoryStore : public NamedValueStore
-{
-public:
-    std::optional<std::string> ReadValue(std::string_view section,
-                                         std::string_view key) const override
-    {
-        const auto found = values.find(std::string(section) + "/" + std::string(key));
-        if (found == values.end()) {
-            return std::nullopt;
-        }
-        return found->second;
-    }
-    void WriteValue(std::string_view section, std::string_view key, std::string_view value) override
-    {
-        values[std::string(section) + "/" + std::string(key)] = std::string(value);
-    }
-
-    std::map<std::string, std::string> values;
 };
 
 QStringList Texts(QMenu* menu)
@@ -349,7 +330,7 @@ void TestCommands::toolbarShowsDefaultsAndItsContextMenu()
 
 void TestCommands::customisationSurvivesARestart()
 {
-    MemoryStore store;
+    ost::SettingsFile settings;
     {
         QMainWindow window;
         RecordingHost host;
@@ -372,14 +353,18 @@ void TestCommands::customisationSurvivesARestart()
         model = dialog.Result();
         toolbar.Rebuild();
         QVERIFY(ToolbarActionFor(toolbar.ToolBar(), 16214));
-        model.Save(store);
+        ost::SettingsExchange exchange(settings, ost::SettingsDirection::Write);
+        model.Exchange(exchange);
     }
     QMainWindow window;
     RecordingHost host;
     CommandActions actions(&window, host);
     ToolbarModel model;
     BuildMainToolbar(model);
-    model.Load(store);
+    ost::SettingsFile reread;
+    reread.Parse(settings.Serialize());
+    ost::SettingsExchange exchange(reread, ost::SettingsDirection::Read);
+    model.Exchange(exchange);
     MainToolbar toolbar(&window, model, actions);
     QToolBar* bar = toolbar.ToolBar();
     QVERIFY(ToolbarActionFor(bar, 16214));

@@ -1,33 +1,27 @@
 #include "app/toolbar_model.h"
+#include "ostrand/settings/settings_exchange.h"
+#include "ostrand/settings/settings_file.h"
 
 #include <gtest/gtest.h>
 
-#include <map>
 #include <set>
 #include <string>
+#include <vector>
 
 namespace quirnel {
 namespace {
 
-class MemoryStore : public NamedValueStore
+void Write(ToolbarModel& toolbar, ost::SettingsFile& file)
 {
-public:
-    std::optional<std::string> ReadValue(std::string_view section,
-                                         std::string_view key) const override
-    {
-        const auto found = values.find(std::string(section) + "/" + std::string(key));
-        if (found == values.end()) {
-            return std::nullopt;
-        }
-        return found->second;
-    }
-    void WriteValue(std::string_view section, std::string_view key, std::string_view value) override
-    {
-        values[std::string(section) + "/" + std::string(key)] = std::string(value);
-    }
+    ost::SettingsExchange exchange(file, ost::SettingsDirection::Write);
+    toolbar.Exchange(exchange);
+}
 
-    std::map<std::string, std::string> values;
-};
+void Read(ToolbarModel& toolbar, ost::SettingsFile& file)
+{
+    ost::SettingsExchange exchange(file, ost::SettingsDirection::Read);
+    toolbar.Exchange(exchange);
+}
 
 class MainToolbar : public testing::Test
 {
@@ -114,17 +108,18 @@ TEST_F(MainToolbar, SurvivesSaveAndLoad)
     ASSERT_TRUE(toolbar.SetSize(32));
     toolbar.SetNoTips(true);
     toolbar.SetShown(false);
-    MemoryStore store;
-    toolbar.Save(store);
-    EXPECT_EQ(store.values.at("Toolbar/Size"), "32");
-    EXPECT_EQ(store.values.at("Toolbar/Appearance"), "0");
-    EXPECT_EQ(store.values.at("Toolbar/NoTips"), "1");
-    EXPECT_EQ(store.values.at("Toolbar/ToolbarShown"), "0");
-    EXPECT_EQ(store.values.at("Toolbar/Custm").substr(0, 20), "v1;11373:00;11374:10");
+    ost::SettingsFile saved;
+    Write(toolbar, saved);
+    EXPECT_EQ(saved.Keys("Toolbar"),
+              (std::vector<std::string>{"ToolbarShown", "Size", "Appearance", "NoTips", "Custm"}));
+    EXPECT_EQ(saved.GetText("Toolbar", "Custm").value_or("").substr(0, 20), "v1;11373:00;11374:10");
 
+    // Through the file's text, as a restart would read it.
+    ost::SettingsFile file;
+    file.Parse(saved.Serialize());
     ToolbarModel reloaded;
     BuildMainToolbar(reloaded);
-    reloaded.Load(store);
+    Read(reloaded, file);
     EXPECT_EQ(reloaded.CustomizationRecord(), toolbar.CustomizationRecord());
     EXPECT_EQ(reloaded.Appearance(), ToolbarAppearance::IconsOnly);
     EXPECT_EQ(reloaded.Size(), 32);
@@ -134,12 +129,13 @@ TEST_F(MainToolbar, SurvivesSaveAndLoad)
 
 TEST_F(MainToolbar, DamagedSettingsKeepDefaults)
 {
-    MemoryStore store;
-    store.values["Toolbar/Size"] = "999";
-    store.values["Toolbar/Appearance"] = "7";
-    store.values["Toolbar/NoTips"] = "yes";
-    store.values["Toolbar/Custm"] = "v1;16214:1;abc:11;g9:11;;11373:0x;16169:10;g0:11;99999:00";
-    toolbar.Load(store);
+    ost::SettingsFile file;
+    file.Set("Toolbar", "Size", 999);
+    file.Set("Toolbar", "Appearance", 7);
+    file.Set("Toolbar", "NoTips", std::string("yes"));
+    file.Set("Toolbar", "Custm",
+             std::string("v1;16214:1;abc:11;g9:11;;11373:0x;16169:10;g0:11;99999:00"));
+    Read(toolbar, file);
     EXPECT_EQ(toolbar.Size(), 24);
     EXPECT_EQ(toolbar.Appearance(), ToolbarAppearance::IconsAndLabel);
     EXPECT_FALSE(toolbar.NoTips());
