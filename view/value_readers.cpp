@@ -59,12 +59,13 @@ std::optional<double> ScanNumber(std::string_view text, std::size_t& i)
     while (i < text.size() && IsDigit(text[i]) && n < kAsciiLimit) {
         digits[n++] = text[i++];
         any = true;
-        if (i + 3 < text.size() && text[i] == ',' && IsDigit(text[i + 1]) && IsDigit(text[i + 2]) &&
-            IsDigit(text[i + 3]) && (i + 4 >= text.size() || !IsDigit(text[i + 4]))) {
-            for (int k = 1; k <= 3; ++k)
-                digits[n++] = text[i + k];
-            i += 4;
-        }
+    }
+    while (any && i + 3 < text.size() && text[i] == ',' && IsDigit(text[i + 1]) &&
+           IsDigit(text[i + 2]) && IsDigit(text[i + 3]) &&
+           (i + 4 >= text.size() || !IsDigit(text[i + 4])) && n + 3 < kAsciiLimit) {
+        for (int k = 1; k <= 3; ++k)
+            digits[n++] = text[i + k];
+        i += 4;
     }
     if (i < text.size() && text[i] == '.' && n < kAsciiLimit) {
         std::size_t j = i + 1;

@@ -1,0 +1,326 @@
+#include "tests/view/table_test_util.h"
+#include "view/table_control.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+
+namespace quirnel {
+namespace {
+
+using test::ColumnInDisplayOrder;
+using test::ExpectOrderInvariants;
+using test::Fill;
+using Texts = std::vector<std::string>;
+
+class MapStore : public ViewStateStore
+{
+public:
+    std::optional<std::string> ReadText(const std::string& key) override
+    {
+        auto it = values.find(key);
+        if (it == values.end())
+            return std::nullopt;
+        return it->second;
+    }
+    void WriteText(const std::string& key, const std::string& value) override
+    {
+        values[key] = value;
+    }
+    std::map<std::string, std::string> values;
+};
+
+class CountingOwner : public TableControlOwner
+{
+public:
+    void OnSortChanged() override { ++sortChanges; }
+    int sortChanges = 0;
+};
+
+TEST(TableSort, PersistedMinusThreeSortsThirdColumnDescending)
+{
+    TableControl table;
+    Fill(table, {"a", "b", "c", "d"},
+         {{"1", "x", "q", "7"}, {"2", "z", "r", "8"}, {"3", "y", "s", "9"}});
+    ASSERT_EQ(table.ColumnCount(), 5);
+    table.SetSettingsName("Grid");
+    MapStore store;
+    store.values["GridSort"] = "-3";
+    table.LoadViewState(store);
+    EXPECT_EQ(table.SortColumn(), 2);
+    EXPECT_FALSE(table.SortAscending());
+    EXPECT_EQ(ColumnInDisplayOrder(table, 2), (Texts{"z", "y", "x"}));
+}
+
+TEST(TableSort, PersistedZeroLeavesStorageOrder)
+{
+    TableControl table;
+    Fill(table, {"a"}, {{"b"}, {"a"}, {"c"}});
+    table.SetSettingsName("Grid");
+    MapStore store;
+    store.values["GridSort"] = "0";
+    table.LoadViewState(store);
+    EXPECT_EQ(table.SortColumn(), -1);
+    EXPECT_EQ(ColumnInDisplayOrder(table, 1), (Texts{"b", "a", "c"}));
+}
+
+TEST(TableSort, TiesFollowThePreviousSortColumn)
+{
+    TableControl table;
+    Fill(table, {"key", "other"}, {{"b", "3"}, {"a", "2"}, {"b", "1"}, {"a", "4"}, {"b", "2"}});
+    ASSERT_TRUE(table.SetSort(2, true));
+    ASSERT_TRUE(table.SetSort(1, true));
+    EXPECT_EQ(table.PreviousSortColumn(0), 2);
+    EXPECT_EQ(ColumnInDisplayOrder(table, 1), (Texts{"a", "a", "b", "b", "b"}));
+    EXPECT_EQ(ColumnInDisplayOrder(table, 2), (Texts{"2", "4", "1", "2", "3"}));
+}
+
+TEST(TableSort, TiesWithoutPreviousColumnKeepStorageOrder)
+{
+    TableControl table;
+    Fill(table, {"key", "id"}, {{"x", "0"}, {"x", "1"}, {"a", "2"}, {"x", "3"}, {"x", "4"}});
+    ASSERT_TRUE(table.SetSort(1, true));
+    EXPECT_EQ(ColumnInDisplayOrder(table, 2), (Texts{"2", "0", "1", "3", "4"}));
+    ASSERT_TRUE(table.SetSort(1, false));
+    // Descending reverses the whole order, ties included.
+    EXPECT_EQ(ColumnInDisplayOrder(table, 2), (Texts{"4", "3", "1", "0", "2"}));
+}
+
+TEST(TableSort, CaseInsensitiveTiesAppleAndAppleThenSecondaryKey)
+{
+    TableControl table;
+    Fill(table, {"fruit", "n"}, {{"apple", "1"}, {"Apple", "2"}, {"banana", "0"}});
+    table.SetColumnSortMethod(1, kSortTextNoCase);
+    ASSERT_TRUE(table.SetSort(1, true));
+    // Equal under method 0: storage order decides.
+    EXPECT_EQ(ColumnInDisplayOrder(table, 1), (Texts{"apple", "Apple", "banana"}));
+    table.SetColumnSortMethod(1, kSortTextCase);
+    table.Sort();
+    EXPECT_EQ(ColumnInDisplayOrder(table, 1), (Texts{"Apple", "apple", "banana"}));
+}
+
+TEST(TableSort, CaseInsensitiveFoldsWideLetters)
+{
+    TableControl table;
+    Fill(table, {"w"}, {});
+    table.SetRowCount(3);
+    table.SetCellText16(0, 1, u"\u00e9t\u00e9 2");
+    table.SetCellText16(1, 1, u"\u00c9T\u00c9 1");
+    table.SetCellText16(2, 1, u"abc");
+    ASSERT_TRUE(table.SetSort(1, true));
+    EXPECT_EQ(table.CellText16(table.RowAtDisplayPosition(0), 1), u"abc");
+    EXPECT_EQ(table.CellText16(table.RowAtDisplayPosition(1), 1), u"\u00c9T\u00c9 1");
+}
+
+struct BlankCase
+{
+    const char* name;
+    int method;
+    Texts expected;
+};
+
+class TableSortBlanks : public testing::TestWithParam<BlankCase>
+{};
+
+TEST_P(TableSortBlanks, BlanksSortByMethod)
+{
+    TableControl table;
+    Fill(table, {"n"}, {{"5"}, {""}, {"-1e300"}, {"0"}, {"abc"}, {"1,500.5"}, {"-2"}});
+    table.SetColumnSortMethod(1, GetParam().method);
+    ASSERT_TRUE(table.SetSort(1, true));
+    EXPECT_EQ(ColumnInDisplayOrder(table, 1), GetParam().expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Methods, TableSortBlanks,
+    testing::Values(
+        // Blanks and non-numbers read as 0 and tie with "0" in storage order.
+        BlankCase{"BlanksAreZero", kSortNumeric, {"-1e300", "-2", "", "0", "abc", "5", "1,500.5"}},
+        BlankCase{
+            "BlanksFirst", kSortNumericLow, {"", "-1e300", "-2", "0", "abc", "5", "1,500.5"}}),
+    [](const testing::TestParamInfo<BlankCase>& param) { return std::string(param.param.name); });
+
+class TableSortDirection : public testing::TestWithParam<bool>
+{};
+
+TEST_P(TableSortDirection, HiddenThenTrailingRowsComeLast)
+{
+    const bool ascending = GetParam();
+    TableControl table;
+    Fill(table, {"v"}, {{"c"}, {"a"}, {"trail"}, {"b"}, {"h2"}, {"d"}, {"h1"}});
+    table.SetTrailingRow(2);
+    table.SetRowHidden(4, true);
+    table.SetRowHidden(6, true);
+    ASSERT_TRUE(table.SetSort(1, ascending));
+    Texts shown = ColumnInDisplayOrder(table, 1);
+    Texts visible(shown.begin(), shown.begin() + 4);
+    EXPECT_EQ(visible, ascending ? (Texts{"a", "b", "c", "d"}) : (Texts{"d", "c", "b", "a"}));
+    EXPECT_EQ(shown[6], "trail");
+    EXPECT_TRUE(table.IsRowHidden(table.RowAtDisplayPosition(4)));
+    EXPECT_TRUE(table.IsRowHidden(table.RowAtDisplayPosition(5)));
+    EXPECT_EQ(table.VisibleRowCount(), 5);
+    EXPECT_EQ(table.RowAtViewIndex(4), 2);
+    ExpectOrderInvariants(table);
+}
+
+INSTANTIATE_TEST_SUITE_P(Both, TableSortDirection, testing::Bool(),
+                         [](const testing::TestParamInfo<bool>& param) {
+                             return std::string(param.param ? "Ascending" : "Descending");
+                         });
+
+TEST(TableSort, DontSortRowsRestoresStorageOrder)
+{
+    TableControl table;
+    CountingOwner owner;
+    table.SetOwner(&owner);
+    Fill(table, {"v"}, {{"c"}, {"a"}, {"b"}});
+    ASSERT_TRUE(table.SetSort(1, false));
+    table.Unsort();
+    EXPECT_EQ(table.SortColumn(), -1);
+    EXPECT_TRUE(table.SortAscending());
+    EXPECT_EQ(ColumnInDisplayOrder(table, 1), (Texts{"c", "a", "b"}));
+    EXPECT_EQ(owner.sortChanges, 2);
+}
+
+TEST(TableSort, SetSortRefusesBadColumnsAndIgnoresRepeats)
+{
+    TableControl table;
+    CountingOwner owner;
+    table.SetOwner(&owner);
+    Fill(table, {"v", "locked"}, {{"b", "1"}, {"a", "2"}});
+    table.MutableColumn(2).flags |= COLUMN_NO_SORT;
+    EXPECT_FALSE(table.SetSort(3, true));
+    EXPECT_FALSE(table.SetSort(-1, true));
+    EXPECT_FALSE(table.SetSort(2, true));
+    EXPECT_FALSE(table.SetSort(0, true)); // the index column
+    EXPECT_TRUE(table.SetSort(1, true));
+    EXPECT_TRUE(table.SetSort(1, true));
+    EXPECT_EQ(owner.sortChanges, 1);
+    EXPECT_EQ(table.SortColumn(), 1);
+}
+
+TEST(TableSort, DeletingAColumnClearsTheSortColumnsNamingIt)
+{
+    TableControl table;
+    Fill(table, {"a", "b", "c"}, {{"1", "2", "3"}});
+    table.SetSort(2, true);
+    table.SetSort(3, false);
+    table.SetSort(1, false);
+    ASSERT_EQ(table.PreviousSortColumn(0), 3);
+    ASSERT_EQ(table.PreviousSortColumn(1), 2);
+    ASSERT_TRUE(table.DeleteColumn(1));
+    EXPECT_EQ(table.SortColumn(), -1);
+    EXPECT_TRUE(table.SortAscending());
+    // The others shift with their columns.
+    EXPECT_EQ(table.PreviousSortColumn(0), 2);
+    EXPECT_EQ(table.PreviousSortColumn(1), 1);
+    ASSERT_TRUE(table.DeleteColumn(2));
+    EXPECT_EQ(table.PreviousSortColumn(0), -1);
+}
+
+TEST(TableSort, NumericSecondaryKeyIsZeroPaddedText)
+{
+    TableControl table;
+    Fill(table, {"k", "n"}, {{"x", "10"}, {"x", "9"}, {"x", "100"}, {"x", ""}});
+    table.SetColumnSortMethod(2, kSortNumeric);
+    table.SetSort(2, true);
+    table.SetSort(1, true);
+    // Padded to 24 characters, "9" < "10" < "100"; a blank pads to all zeros.
+    EXPECT_EQ(ColumnInDisplayOrder(table, 2), (Texts{"", "9", "10", "100"}));
+
+    table.SetColumnSortMethod(2, kSortTextCase);
+    table.Sort();
+    EXPECT_EQ(ColumnInDisplayOrder(table, 2), (Texts{"", "10", "100", "9"}));
+}
+
+TEST(TableSort, DatesSortChronologicallyAcrossLayouts)
+{
+    TableControl table;
+    Fill(table, {"when"},
+         {{"17/03/2024"},
+          {"2024-03-16 23:59"},
+          {"not a date"},
+          {"17/03/2024 08:00"},
+          {"1 Jan 1999"}});
+    table.SetColumnSortMethod(1, kSortDateTime);
+    table.SetDayFirst(true);
+    table.SetSort(1, true);
+    EXPECT_EQ(ColumnInDisplayOrder(table, 1), (Texts{"not a date", "1 Jan 1999", "2024-03-16 23:59",
+                                                     "17/03/2024", "17/03/2024 08:00"}));
+}
+
+TEST(TableSort, MemorySizesSortByBytes)
+{
+    TableControl table;
+    Fill(table, {"size"}, {{"1.5 GB"}, {"3.1 KB"}, {"12 MB"}, {"900"}, {"2 kb"}});
+    table.SetColumnSortMethod(1, kSortMemory);
+    table.SetSort(1, true);
+    EXPECT_EQ(ColumnInDisplayOrder(table, 1), (Texts{"900", "2 kb", "3.1 KB", "12 MB", "1.5 GB"}));
+}
+
+TEST(TableSort, ChoiceColumnEmptyValueDependsOnMethod)
+{
+    TableControl table;
+    TableColumn choice;
+    choice.kind = kColumnChoice;
+    table.AddColumn(choice);
+    table.SetRowCount(3);
+    table.SetCellValue(0, 1, 5);
+    table.SetCellValue(1, 1, -7);
+    // Row 2 keeps the empty value.
+    table.SetColumnSortMethod(1, kSortNumeric);
+    table.SetSort(1, true);
+    EXPECT_EQ(table.RowAtDisplayPosition(0), 1);
+    EXPECT_EQ(table.RowAtDisplayPosition(1), 2);
+    table.SetColumnSortMethod(1, kSortNumericLow);
+    table.Sort();
+    EXPECT_EQ(table.RowAtDisplayPosition(0), 2);
+}
+
+TEST(TableSort, FocusRowIsKeptInView)
+{
+    TableControl table;
+    Fill(table, {"n"}, {});
+    table.SetRowCount(100);
+    for (int r = 0; r < 100; ++r)
+        table.SetCellText8(r, 1, std::to_string(r));
+    table.SetColumnSortMethod(1, kSortNumeric);
+    ViewGeometry geometry;
+    geometry.completelyVisibleRows = 10;
+    table.SetGeometry(geometry);
+    table.SetFocusCell(3, 1);
+    table.SetSort(1, false);
+    // Row 3 is now at position 96: the view scrolls so that it is the last complete line.
+    EXPECT_EQ(table.DisplayPosition(3), 96);
+    EXPECT_EQ(table.Geometry().firstVisiblePosition, 87);
+    table.SetSort(1, true);
+    EXPECT_EQ(table.Geometry().firstVisiblePosition, 3);
+}
+
+TEST(TableSort, ChangingTheSortMethodOfTheSortColumnSortsAgain)
+{
+    TableControl table;
+    Fill(table, {"n"}, {{"10"}, {"9"}});
+    table.SetSort(1, true);
+    EXPECT_EQ(ColumnInDisplayOrder(table, 1), (Texts{"10", "9"}));
+    EXPECT_TRUE(
+        table.HandleCommand(static_cast<int>(GridCommand::SortMethodBase) + kSortNumeric, -1, 1));
+    EXPECT_EQ(ColumnInDisplayOrder(table, 1), (Texts{"9", "10"}));
+}
+
+TEST(TableSort, ShowingRowsAgainOnASortedTablePutsThemInPlace)
+{
+    TableControl table;
+    Fill(table, {"v"}, {{"d"}, {"b"}, {"a"}, {"c"}});
+    table.SetSort(1, true);
+    table.SetRowHidden(1, true, true);
+    table.SetRowHidden(3, true, true);
+    table.Redraw();
+    EXPECT_EQ(ColumnInDisplayOrder(table, 1), (Texts{"a", "d", "b", "c"}));
+    table.SetRowHidden(1, false);
+    table.SetRowHidden(3, false);
+    EXPECT_EQ(ColumnInDisplayOrder(table, 1), (Texts{"a", "b", "c", "d"}));
+}
+
+} // namespace
+} // namespace quirnel
