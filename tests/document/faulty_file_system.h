@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <functional>
 #include <limits>
+#include <optional>
 #include <string>
 
 namespace quirnel::test {
@@ -32,11 +33,18 @@ public:
     /// Bytes that writes may still put out; the write that goes past it writes up to the limit
     /// and then fails with ENOSPC.
     std::size_t writeBudget = std::numeric_limits<std::size_t>::max();
+    /// When set, every file read gives these bytes instead of the disk's.
+    std::optional<std::string> readContent;
 
     bool ReadWholeFile(const std::string& path, std::string& data, int& error) override
     {
-        return !Fails(FileOp::Read, path, {}, error) &&
-               RealFileSystem().ReadWholeFile(path, data, error);
+        if (Fails(FileOp::Read, path, {}, error))
+            return false;
+        if (readContent) {
+            data = *readContent;
+            return true;
+        }
+        return RealFileSystem().ReadWholeFile(path, data, error);
     }
     bool Stat(const std::string& path, FileInfo& info, int& error) override
     {

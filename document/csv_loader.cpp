@@ -1,0 +1,287 @@
+#include "document/csv_loader.h"
+
+#include "document/csv_record_reader.h"
+#include "document/file_system.h"
+#include "document/table_document.h"
+#include "ostrand/codepage/code_page.h"
+#include "ostrand/core/string.h"
+#include "ostrand/core/user_interface.h"
+
+#include <algorithm>
+#include <map>
+#include <memory>
+
+namespace quirnel {
+
+namespace {
+
+constexpr std::uint32_t kUtf16BigEndian = 1201;
+constexpr std::uint32_t kUtf16LittleEndian = 1200;
+constexpr std::uint32_t kUtf32LittleEndian = 12000;
+constexpr std::uint32_t kUtf32BigEndian = 12001;
+
+/// Records between two progress updates (and cancellation checks).
+constexpr int kProgressInterval = 1024;
+
+bool IsUnicodeCodePage(std::uint32_t codePage)
+{
+    return codePage == kUtf16LittleEndian || codePage == kUtf16BigEndian ||
+           codePage == kUtf32LittleEndian || codePage == kUtf32BigEndian;
+}
+
+std::string Plural(std::size_t count)
+{
+    return count == 1 ? "" : "s";
+}
+
+/// Fails the load with a message unless the request is quiet.
+bool Fail(TableDocument& document, const FileFormat& format, const std::string& title,
+          const std::string& text)
+{
+    if (!format.quiet)
+        document.Ui().Message(title, text, ost::MessageIcon::Error);
+    return false;
+}
+
+/// Cells and names as the document holds them: the bytes as read in text mode 0, converted
+/// from the code page in text mode 1.
+class CellDecoder
+{
+public:
+    CellDecoder(bool unicode, std::uint32_t codePage)
+        : m_unicode(unicode), m_converter(unicode ? codePage : ost::kCodePageSystem)
+    {}
+
+    std::u16string_view Wide(std::string_view bytes)
+    {
+        m_converter.ToUtf16(bytes, m_wide);
+        return m_wide;
+    }
+
+    /// The text as UTF-8 for warnings: 8-bit text stays as read.
+    std::string ForMessage(std::string_view bytes)
+    {
+        if (!m_unicode)
+            return std::string(bytes);
+        return ost::Utf16ToUtf8(Wide(bytes));
+    }
+
+private:
+    bool m_unicode;
+    ost::CodePageConverter m_converter;
+    std::u16string m_wide;
+};
+
+} // namespace
+
+std::string GeneratedColumnName(int n)
+{
+    std::string name(1, static_cast<char>('A' + n % 26));
+    while (n > 25) {
+        n = n / 26 - 1;
+        name.insert(name.begin(), static_cast<char>('A' + n % 26));
+    }
+    return name;
+}
+
+std::string DetectNewline(std::string_view data)
+{
+    if (data.size() <= 1)
+        return "\r\n";
+    const char last = data[data.size() - 1];
+    const char before = data[data.size() - 2];
+    if (last == '\n')
+        return before == '\r' ? "\r\n" : "\n";
+    if (last == '\r')
+        return before == '\n' ? "\n\r" : "\r";
+    return "\r\n";
+}
+
+bool LoadCsvFile(TableDocument& document, FileFormat& format, const std::string& title)
+{
+    if (!document.QueryRelease())
+        return false;
+
+    auto buffer = std::make_shared<std::string>();
+    int error = 0;
+    if (!document.Files().ReadWholeFile(format.path, *buffer, error))
+        return Fail(document, format, title,
+                    "Failed to load the CSV file.\r\n\r\n" + SystemErrorText(error));
+
+    const std::string_view whole(*buffer);
+    if (whole.starts_with("\xFE\xFF") || whole.starts_with("\xFF\xFE") ||
+        IsUnicodeCodePage(format.codePage))
+        return Fail(document, format, title,
+                    "The file is in unicode.  Sorry, unicode is not yet supported.");
+    std::size_t offset = 0;
+    if (whole.starts_with("\xEF\xBB\xBF")) {
+        offset = 3;
+        format.codePage = ost::kCodePageUtf8;
+    }
+    const bool unicode = format.codePage != ost::kCodePageSystem;
+
+    if (!format.ignoreComments && whole.size() > offset && whole[offset] == '#') {
+        // Asked even when quiet: the answer changes what is loaded.
+        const int answer = document.Ui().Message(
+            "Ignore Comments?",
+            "The file appears to contain comments that begin with the '#' character.  Do you "
+            "want to ignore these comments (recommended)?  Please note that if you save the "
+            "file, the comments will be lost.",
+            ost::MessageIcon::Question, ost::kButtonYes | ost::kButtonNo);
+        if (answer == ost::kButtonYes)
+            format.ignoreComments = true;
+    }
+    unsigned flags = 0;
+    if (format.backslashEscape)
+        flags |= CSV_BACKSLASH_ESCAPE;
+    if (format.ignoreComments)
+        flags |= CSV_IGNORE_COMMENTS;
+
+    CsvRecordReader reader(whole.substr(offset));
+    const std::size_t firstRecordStart = reader.Position();
+    std::vector<std::string> firstFields;
+    bool haveFirst = false;
+    if (format.separator != kSeparatorAuto) {
+        haveFirst =
+            reader.ReadFields(firstFields, flags, std::string_view(&format.separator, 1), nullptr);
+    } else {
+        char detected = ',';
+        haveFirst = reader.ReadFirstRecordDetecting(firstFields, flags, detected, nullptr);
+        format.separator = detected;
+    }
+    format.newline = DetectNewline(whole);
+
+    if (format.noColumnNames)
+        reader.Seek(firstRecordStart);
+    if (!haveFirst || firstFields.empty())
+        return Fail(document, format, title,
+                    "No column names were detected on the first line of the file.");
+    for (const std::string& field : firstFields)
+        if (field.find("\r\n") != std::string::npos)
+            return Fail(document, format, title,
+                        "The file does not appear to be in valid CSV format.");
+
+    ost::UserInterface& ui = document.Ui();
+    TableControl& table = document.Table();
+    ui.BeginProgress("Opening " + FileNameOf(format.path));
+    document.Clear();
+    document.SetTextMode(unicode);
+    CellDecoder decoder(unicode, format.codePage);
+    for (std::size_t i = 0; i < firstFields.size(); ++i) {
+        const std::string name =
+            format.noColumnNames ? GeneratedColumnName(static_cast<int>(i)) : firstFields[i];
+        const int column =
+            unicode ? document.AddColumn({}, decoder.Wide(name)) : document.AddColumn(name);
+        // Columns start narrow: the widths below only ever widen them.
+        table.MutableColumn(column).width = kMinColumnWidth;
+    }
+
+    if (!format.noColumnNames) {
+        std::map<std::string, int> counts;
+        for (const std::string& name : firstFields)
+            ++counts[name];
+        for (const std::string& name : firstFields) {
+            auto found = counts.find(name);
+            if (found->second > 1) {
+                document.AddWarning(std::to_string(found->second) +
+                                        " columns have the same name: " + decoder.ForMessage(name),
+                                    -1);
+                found->second = 0;
+            }
+        }
+    }
+
+    const int columns = static_cast<int>(firstFields.size());
+    const std::size_t size = reader.Size();
+    char* const base = buffer->data() + offset;
+    const TextBufferHandle handle = unicode ? -1 : table.AdoptTextBuffer(buffer);
+    if (unicode)
+        table.ReserveTextWide(size);
+    std::vector<int> longest(static_cast<std::size_t>(columns) + 1, 0);
+    std::vector<std::string_view> raw;
+    std::vector<std::string> comments;
+    const char separator = format.separator;
+    const std::string_view separators(&separator, 1);
+    std::string_view record;
+    int recordNumber = 0;
+    while (
+        reader.ReadRecord(record, flags, separators, format.ignoreComments ? &comments : nullptr)) {
+        if (!comments.empty()) {
+            document.AddWarning("Comments were detected.  They will be lost if you save the file.",
+                                -1);
+            comments.clear();
+        }
+        if (table.RowCount() <= recordNumber) {
+            const std::size_t bytesRead = reader.Position();
+            const std::size_t perRecord =
+                std::max<std::size_t>(1, bytesRead / static_cast<std::size_t>(recordNumber + 1));
+            std::size_t estimate = (size - bytesRead) / perRecord;
+            if (recordNumber == 0)
+                estimate /= 4;
+            estimate = std::clamp<std::size_t>(estimate, 2, 1u << 30);
+            table.SetRowCount(recordNumber + static_cast<int>(estimate));
+        }
+        CsvRecordReader::SplitRecordRaw(record, raw, separators, flags);
+        const int fields = static_cast<int>(raw.size());
+        const std::string rowText = std::to_string(recordNumber + 1);
+        if (fields < columns && document.WarnTooFew())
+            document.AddWarning("Row " + rowText + " only contains " + std::to_string(fields) +
+                                    " column" + Plural(raw.size()) + ".",
+                                recordNumber);
+        if (fields > columns) {
+            std::string extra;
+            for (int i = columns; i < fields; ++i) {
+                if (i > columns)
+                    extra += ", ";
+                extra += decoder.ForMessage(CsvRecordReader::UnquoteField(raw[i], flags));
+            }
+            const int extraCount = fields - columns;
+            document.AddWarning("Row " + rowText + " has " + std::to_string(extraCount) +
+                                    " extra column" + Plural(extraCount) + ": ",
+                                recordNumber, std::move(extra));
+        }
+        const int stored = std::min(fields, columns);
+        for (int i = 0; i < stored; ++i) {
+            // The field is cleaned where it lies: cleaning only ever shortens the text, and the
+            // reader has already passed it.
+            char* text = base + (raw[i].data() - whole.data() - offset);
+            const std::string_view cell =
+                CsvRecordReader::UnquoteInPlace(text, raw[i].size(), flags);
+            if (cell.empty())
+                continue;
+            int length = 0;
+            if (unicode) {
+                const std::u16string_view wide = decoder.Wide(cell);
+                table.SetCellText16(recordNumber, i + 1, wide);
+                length = static_cast<int>(wide.size());
+            } else {
+                table.SetCellText8Borrowed(recordNumber, i + 1, cell, handle);
+                length = static_cast<int>(cell.size());
+            }
+            if (length > longest[i + 1])
+                longest[i + 1] = length;
+        }
+        if (recordNumber % kProgressInterval == 0 &&
+            !ui.UpdateProgress(static_cast<double>(reader.Position()) /
+                               static_cast<double>(std::max<std::size_t>(size, 1)))) {
+            ui.EndProgress();
+            document.Release();
+            return false;
+        }
+        ++recordNumber;
+    }
+    table.SetRowCount(recordNumber);
+
+    DocumentHooks& hooks = document.Hooks();
+    table.ApplyInitialWidths(longest, hooks.ScreenWidth(), hooks.ViewWidth());
+    hooks.RestoreFileProperties(document, format);
+    ui.EndProgress();
+    table.Redraw();
+    document.StoreFormat(format);
+    document.SetFileOpen(true);
+    document.SetModified(false);
+    hooks.WarningsChanged();
+    return true;
+}
+
+} // namespace quirnel

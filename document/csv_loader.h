@@ -1,0 +1,27 @@
+#pragma once
+// Turns a file on disk into the table document: reads it whole, decides its encoding, separator
+// and newline, makes the columns from the first record, fills the rows and lists irregular rows
+// as warnings.
+
+#include "document/file_format.h"
+
+#include <string>
+#include <string_view>
+
+namespace quirnel {
+
+class TableDocument;
+
+/// Loads `format.path` into the document; `format` comes back as detected (code page,
+/// separator, newline, ignoreComments). `title` heads the failure messages. False when the
+/// document refused to let go of its file, the load failed, or the user cancelled it (the
+/// document is then cleared).
+bool LoadCsvFile(TableDocument& document, FileFormat& format, const std::string& title);
+
+/// "A" .. "Z", "AA", "AB", ... for column `n` counted from 0.
+std::string GeneratedColumnName(int n);
+
+/// The newline a file ends with: "\r\n" unless its last two bytes say otherwise.
+std::string DetectNewline(std::string_view data);
+
+} // namespace quirnel
