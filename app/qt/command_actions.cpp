@@ -153,8 +153,11 @@ QAction* CommandActions::AddEntry(QMenu* menu, const MenuEntry& entry, const Doc
         break;
     }
 
-    QAction* action =
-        menu->addAction(CommandIcon(CommandIconName(entry.id)), ToQString(entry.text));
+    // A check entry keeps its check box: with an icon, styles draw the check as a sunken icon
+    // frame, which reads poorly.
+    const QIcon icon =
+        entry.check == MenuCheck::None ? CommandIcon(CommandIconName(entry.id)) : QIcon();
+    QAction* action = menu->addAction(icon, ToQString(entry.text));
     action->setData(entry.id);
     if (entry.check != MenuCheck::None) {
         action->setCheckable(true);
