@@ -1,0 +1,367 @@
+#include "document/backup_file.h"
+#include "document/csv_saver.h"
+#include "tests/document/case_name.h"
+#include "tests/document/document_fixture.h"
+
+#include <gtest/gtest.h>
+
+namespace quirnel {
+namespace {
+
+using test::CaseName;
+using test::DocumentTest;
+using test::FileOp;
+using test::ReadFile;
+using test::Table;
+using test::WriteFile;
+
+struct RoundTripCase
+{
+    std::string name;
+    char separator;
+    std::string newline;
+    bool utf8Mark;
+};
+
+/// A file in the writer's own quoting: quotes exactly where QuoteField puts them.
+std::string WellFormed(char separator, const std::string& newline, bool utf8Mark)
+{
+    const std::string s(1, separator);
+    std::string text = utf8Mark ? "\xEF\xBB\xBF" : "";
+    text += "id" + s + "name" + s + "note" + newline;
+    text += "1" + s + "plain" + s + "\"a,b\"" + newline;
+    text += "2" + s + "\" lead\"" + s + "\"say \"\"hi\"\"\"" + newline;
+    text += "3" + s + "\"'quoted\"" + s + newline;
+    text += "4" + s + "\"two\r\nlines\"" + s + "x y" + newline;
+    text +=
+        "5" + s + (utf8Mark ? "\xC3\xA9t\xC3\xA9" : "caf\xE9") + s + "\"semi;bar|tab\t\"" + newline;
+    return text;
+}
+
+class SaveRoundTrip : public DocumentTest, public testing::WithParamInterface<RoundTripCase>
+{};
+
+TEST_P(SaveRoundTrip, GivesSameBytes)
+{
+    const RoundTripCase& c = GetParam();
+    const std::string original = WellFormed(c.separator, c.newline, c.utf8Mark);
+    ASSERT_TRUE(Load(original));
+    EXPECT_EQ(c.separator, m_document.Separator());
+    EXPECT_EQ(c.newline, m_document.Format().newline);
+    ASSERT_TRUE(SaveCsvFile(m_document, Path()));
+    EXPECT_EQ(original, ReadFile(Path()));
+    EXPECT_EQ(original, ReadFile(Path("data.csv.bk1")));
+}
+
+std::vector<RoundTripCase> RoundTripCases()
+{
+    std::vector<RoundTripCase> cases;
+    const std::pair<char, const char*> separators[] = {
+        {',', "Comma"}, {'\t', "Tab"}, {';', "Semicolon"}, {'|', "Bar"}};
+    const std::pair<const char*, const char*> newlines[] = {
+        {"\r\n", "CrLf"}, {"\n", "Lf"}, {"\r", "Cr"}, {"\n\r", "LfCr"}};
+    for (const auto& [separator, separatorName] : separators)
+        for (const auto& [newline, newlineName] : newlines)
+            for (bool mark : {false, true})
+                cases.push_back({std::string(separatorName) + newlineName + (mark ? "Utf8" : ""),
+                                 separator, newline, mark});
+    return cases;
+}
+
+INSTANTIATE_TEST_SUITE_P(SaveCsvFile, SaveRoundTrip, testing::ValuesIn(RoundTripCases()),
+                         CaseName());
+
+class SaveCsvFileTest : public DocumentTest
+{
+protected:
+    /// data.csv with backups 1 and 2, loaded and then edited.
+    void PrepareEdited()
+    {
+        WriteFile(Path("data.csv.bk1"), "backup 1");
+        WriteFile(Path("data.csv.bk2"), "backup 2");
+        ASSERT_TRUE(Load(kOriginal));
+        ASSERT_TRUE(m_document.SetCellText8(0, 2, "changed"));
+        m_document.SetModified(true);
+    }
+    void ExpectUntouched()
+    {
+        EXPECT_EQ(kOriginal, ReadFile(Path()));
+        EXPECT_EQ("backup 1", ReadFile(Path("data.csv.bk1")));
+        EXPECT_EQ("backup 2", ReadFile(Path("data.csv.bk2")));
+        EXPECT_EQ((std::vector<std::string>{"data.csv", "data.csv.bk1", "data.csv.bk2"}),
+                  Entries());
+        EXPECT_TRUE(m_document.Modified());
+    }
+    static constexpr const char* kOriginal = "a,b\r\n1,2\r\n";
+};
+
+TEST_F(SaveCsvFileTest, FolderNotWritable)
+{
+    PrepareEdited();
+    m_files.fault = [](FileOp op, const std::string&, const std::string&) {
+        return op == FileOp::CreateTemp ? EACCES : 0;
+    };
+    m_ui.Expect("Error", "Failed to create the CSV file.\r\n\r\nPermission denied");
+    EXPECT_FALSE(SaveCsvFile(m_document, Path()));
+    ExpectUntouched();
+}
+
+TEST_F(SaveCsvFileTest, WriteFailingPartWay)
+{
+    PrepareEdited();
+    m_files.writeBudget = 5;
+    m_ui.Expect("Error", "Failed to write the CSV file.");
+    EXPECT_FALSE(SaveCsvFile(m_document, Path()));
+    ExpectUntouched();
+}
+
+TEST_F(SaveCsvFileTest, WriteFailingAfterFirstMegabyte)
+{
+    WriteFile(Path("data.csv.bk1"), "backup 1");
+    WriteFile(Path("data.csv.bk2"), "backup 2");
+    ASSERT_TRUE(Load(kOriginal));
+    m_document.SetRowCount(40000);
+    for (int row = 0; row < 40000; ++row)
+        m_document.SetCellText8(row, 1, std::string(40, 'x'));
+    m_document.SetModified(true);
+    m_files.writeBudget = (1u << 20) + 100;
+    m_ui.Expect("Error", "Failed to write the CSV file.");
+    EXPECT_FALSE(SaveCsvFile(m_document, Path()));
+    ExpectUntouched();
+}
+
+TEST_F(SaveCsvFileTest, FlushToDiskFailing)
+{
+    PrepareEdited();
+    m_files.fault = [](FileOp op, const std::string&, const std::string&) {
+        return op == FileOp::Close ? EIO : 0;
+    };
+    m_ui.Expect("Error", "Failed to write the CSV file.");
+    EXPECT_FALSE(SaveCsvFile(m_document, Path()));
+    ExpectUntouched();
+}
+
+TEST_F(SaveCsvFileTest, TargetReadOnly)
+{
+    PrepareEdited();
+    std::filesystem::permissions(Path(), std::filesystem::perms::owner_read);
+    // The backup of the unchanged file is made before the replacement is refused; every
+    // earlier version is still there, one place older.
+    m_ui.Expect("Error", "Failed to replace the file.\r\n\r\nFailed to replace file \"" + Path() +
+                             "\": the read-only attribute is set.\r\n");
+    EXPECT_FALSE(SaveCsvFile(m_document, Path()));
+    EXPECT_EQ(kOriginal, ReadFile(Path()));
+    EXPECT_EQ(kOriginal, ReadFile(Path("data.csv.bk1")));
+    EXPECT_EQ("backup 1", ReadFile(Path("data.csv.bk2")));
+    EXPECT_EQ("backup 2", ReadFile(Path("data.csv.bk3")));
+    EXPECT_EQ(
+        (std::vector<std::string>{"data.csv", "data.csv.bk1", "data.csv.bk2", "data.csv.bk3"}),
+        Entries());
+}
+
+TEST_F(SaveCsvFileTest, ReplaceFailing)
+{
+    PrepareEdited();
+    // Only the move of the new file fails; moving the old file back must work.
+    int movesIn = 0;
+    m_files.fault = [&](FileOp op, const std::string&, const std::string& to) {
+        return op == FileOp::Rename && to == Path() && ++movesIn == 1 ? EIO : 0;
+    };
+    m_ui.Expect("Error", "Failed to replace the file.\r\n\r\nFailed to replace file \"" + Path() +
+                             "\": Input/output error\r\n");
+    EXPECT_FALSE(SaveCsvFile(m_document, Path()));
+    EXPECT_EQ(kOriginal, ReadFile(Path()));
+    EXPECT_EQ(kOriginal, ReadFile(Path("data.csv.bk1")));
+    EXPECT_EQ("backup 2", ReadFile(Path("data.csv.bk3")));
+    EXPECT_EQ(4u, Entries().size());
+    // A second attempt does not push the backups further: backup 1 already is this file.
+    EXPECT_EQ(kBackupSkipped, BackupFile(m_files, Path(), "", 9, 0, nullptr, nullptr, nullptr));
+}
+
+TEST_F(SaveCsvFileTest, BackupCopyFailingStillSaves)
+{
+    PrepareEdited();
+    m_files.fault = [](FileOp op, const std::string&, const std::string&) {
+        return op == FileOp::Copy ? EIO : 0;
+    };
+    EXPECT_TRUE(SaveCsvFile(m_document, Path()));
+    EXPECT_EQ("a,b\r\n1,changed\r\n", ReadFile(Path()));
+    EXPECT_EQ("backup 1", ReadFile(Path("data.csv.bk1")));
+    EXPECT_EQ("backup 2", ReadFile(Path("data.csv.bk2")));
+    EXPECT_EQ((std::vector<std::string>{"data.csv", "data.csv.bk1", "data.csv.bk2"}), Entries());
+    EXPECT_FALSE(m_document.Modified());
+}
+
+TEST_F(SaveCsvFileTest, ThreeLevelsRotate)
+{
+    WriteFile(Path("data.csv.bk1"), "backup 1");
+    WriteFile(Path("data.csv.bk2"), "backup 2");
+    WriteFile(Path("data.csv.bk3"), "backup 3");
+    ASSERT_TRUE(Load(kOriginal));
+    m_document.SetBackupLevels(3);
+    ASSERT_TRUE(SaveCsvFile(m_document, Path()));
+    EXPECT_EQ(kOriginal, ReadFile(Path("data.csv.bk1")));
+    EXPECT_EQ("backup 1", ReadFile(Path("data.csv.bk2")));
+    EXPECT_EQ("backup 2", ReadFile(Path("data.csv.bk3")));
+    EXPECT_EQ(4u, Entries().size());
+}
+
+TEST_F(SaveCsvFileTest, NoBackupsWithZeroLevels)
+{
+    ASSERT_TRUE(Load(kOriginal));
+    m_document.SetBackupLevels(0);
+    ASSERT_TRUE(SaveCsvFile(m_document, Path()));
+    EXPECT_EQ(std::vector<std::string>{"data.csv"}, Entries());
+}
+
+TEST_F(SaveCsvFileTest, NewPathBecomesDocumentPath)
+{
+    ASSERT_TRUE(Load(kOriginal));
+    ASSERT_TRUE(SaveCsvFile(m_document, Path("other.csv")));
+    EXPECT_EQ(kOriginal, ReadFile(Path("other.csv")));
+    EXPECT_EQ(Path("other.csv"), m_document.Path());
+}
+
+TEST_F(SaveCsvFileTest, FormatSettingsAreObeyed)
+{
+    ASSERT_TRUE(Load("a,b\nx y,\\z\n"));
+    FileFormat format = m_document.Format();
+    format.separator = 0;
+    format.delimitAllCells = true;
+    format.backslashEscape = true;
+    format.noColumnNames = true;
+    m_document.StoreFormat(format);
+    ASSERT_TRUE(SaveCsvFile(m_document, Path()));
+    EXPECT_EQ("\"x y\",\"\\\\z\"\n", ReadFile(Path()));
+    EXPECT_EQ(',', m_document.Separator());
+}
+
+TEST_F(SaveCsvFileTest, SingleEmptyCellWritesQuotePair)
+{
+    ASSERT_TRUE(Load("a\n1\n"));
+    m_document.SetCellText8(0, 1, "");
+    ASSERT_TRUE(SaveCsvFile(m_document, Path()));
+    EXPECT_EQ("a\n\"\"\n", ReadFile(Path()));
+    ASSERT_TRUE(Load(ReadFile(Path())));
+    EXPECT_EQ(1, m_document.RowCount());
+}
+
+TEST_F(SaveCsvFileTest, CommentsAreNotWrittenBack)
+{
+    FileFormat format;
+    format.ignoreComments = true;
+    ASSERT_TRUE(Load("#c\na\n#d\n1\n", format));
+    ASSERT_TRUE(SaveCsvFile(m_document, Path()));
+    EXPECT_EQ("a\n1\n", ReadFile(Path()));
+}
+
+TEST_F(SaveCsvFileTest, UnconvertibleCharactersBecomeQuestionMarks)
+{
+    FileFormat format;
+    format.codePage = 1252;
+    ASSERT_TRUE(Load("name\ncaf\xE9\n", format));
+    m_document.SetCellText16(0, 1, u"\u03b1\u00e9");
+    m_ui.Expect("Warning",
+                "The file was saved successfully.  However, some unicode characters were "
+                "outside the file's character set and could not be converted.  Recommend you "
+                "choose \"File Properties\" from the File menu, change the Character Set to "
+                "\"UTF-8\", and re-save the file.");
+    ASSERT_TRUE(SaveCsvFile(m_document, Path()));
+    EXPECT_EQ("name\n?\xE9\n", ReadFile(Path()));
+}
+
+TEST_F(SaveCsvFileTest, Utf8CodePageGainsMark)
+{
+    FileFormat format;
+    format.codePage = 65001;
+    ASSERT_TRUE(Load("n\n\xCE\xB1\n", format));
+    ASSERT_TRUE(SaveCsvFile(m_document, Path()));
+    EXPECT_EQ("\xEF\xBB\xBFn\n\xCE\xB1\n", ReadFile(Path()));
+}
+
+TEST_F(SaveCsvFileTest, RowsFollowDisplayOrder)
+{
+    ASSERT_TRUE(Load("n\nb\na\nc\n"));
+    ASSERT_TRUE(m_document.Table().SetSort(1, true));
+    ASSERT_TRUE(SaveCsvFile(m_document, Path()));
+    EXPECT_EQ("n\na\nb\nc\n", ReadFile(Path()));
+}
+
+class CloseQuestionTest : public DocumentTest
+{
+protected:
+    void OpenModified()
+    {
+        ASSERT_TRUE(Load("a\n1\n"));
+        m_document.SetCellText8(0, 1, "2");
+        m_document.SetModified(true);
+    }
+};
+
+TEST_F(CloseQuestionTest, UnmodifiedReleasesWithoutAsking)
+{
+    ASSERT_TRUE(Load("a\n1\n"));
+    EXPECT_TRUE(m_document.QueryRelease());
+    EXPECT_FALSE(m_document.FileOpen());
+    EXPECT_EQ(0, m_document.RowCount());
+}
+
+TEST_F(CloseQuestionTest, SaveAnswerSavesAndReleases)
+{
+    OpenModified();
+    m_ui.Expect("Close", "Save changes to data.csv?", ost::kButtonYes);
+    EXPECT_TRUE(m_document.QueryRelease());
+    EXPECT_EQ("a\n2\n", ReadFile(Path()));
+    EXPECT_FALSE(m_document.FileOpen());
+}
+
+TEST_F(CloseQuestionTest, DoNotSaveReleasesAndKeepsFile)
+{
+    OpenModified();
+    m_ui.Expect("Close", "Save changes to data.csv?", ost::kButtonNo);
+    EXPECT_TRUE(m_document.QueryRelease());
+    EXPECT_EQ("a\n1\n", ReadFile(Path()));
+    EXPECT_FALSE(m_document.FileOpen());
+}
+
+TEST_F(CloseQuestionTest, CancelKeepsDocument)
+{
+    OpenModified();
+    m_ui.Expect("Close", "Save changes to data.csv?", ost::kButtonCancel);
+    EXPECT_FALSE(m_document.QueryRelease());
+    EXPECT_TRUE(m_document.FileOpen());
+    EXPECT_EQ("2", m_document.CellText8(0, 1));
+}
+
+TEST_F(CloseQuestionTest, FailedSaveKeepsDocument)
+{
+    OpenModified();
+    m_files.fault = [](FileOp op, const std::string&, const std::string&) {
+        return op == FileOp::CreateTemp ? EACCES : 0;
+    };
+    m_ui.Expect("Close", "Save changes to data.csv?", ost::kButtonYes);
+    m_ui.Expect("Error", "Failed to create the CSV file.\r\n\r\nPermission denied");
+    EXPECT_FALSE(m_document.QueryRelease());
+    EXPECT_TRUE(m_document.FileOpen());
+    EXPECT_TRUE(m_document.Modified());
+}
+
+TEST_F(CloseQuestionTest, DocumentWithoutPathIsTheFile)
+{
+    OpenModified();
+    m_document.SetPath("");
+    m_ui.Expect("Close", "Save changes to the file?", ost::kButtonYes);
+    EXPECT_FALSE(m_document.QueryRelease());
+    EXPECT_TRUE(m_document.FileOpen());
+}
+
+TEST_F(CloseQuestionTest, OpeningAnotherFileAsksFirst)
+{
+    OpenModified();
+    m_ui.Expect("Close", "Save changes to data.csv?", ost::kButtonCancel);
+    EXPECT_FALSE(Load("b\n3\n"));
+    EXPECT_EQ("2", m_document.CellText8(0, 1));
+}
+
+} // namespace
+} // namespace quirnel
