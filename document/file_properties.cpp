@@ -228,18 +228,19 @@ int ApplyFilePropertiesRequest(const FilePropertiesRequest& request, FileFormat&
     format.codePage = request.codePage;
     const int newMode = request.codePage != ost::kCodePageSystem ? 1 : 0;
     if (newMode != textMode)
-        ConvertTextMode(table, textMode, newMode);
+        ConvertTextMode(table, textMode, newMode, request.codePage);
     return newMode;
 }
 
-void ConvertTextMode(TableControl& table, int fromTextMode, int toTextMode)
+void ConvertTextMode(TableControl& table, int fromTextMode, int toTextMode, std::uint32_t codePage)
 {
     if (fromTextMode == toTextMode)
         return;
-    // 8-bit cells only ever hold text in the system code page: text mode 0 goes with code
-    // page 0, so that is the page to decode from and to encode into.
-    ost::CodePageConverter converter(ost::kCodePageSystem);
+    // Going wide, the 8-bit cells are read as the chosen code page: the user is saying what the
+    // file's bytes really are. Going narrow, the cells take the system code page, the only one
+    // 8-bit cells are ever in.
     const bool toWide = toTextMode != 0;
+    ost::CodePageConverter converter(toWide ? codePage : ost::kCodePageSystem);
     std::u16string wide;
     std::string narrow;
     for (int c = 1; c < table.ColumnCount(); ++c) {

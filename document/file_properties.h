@@ -99,9 +99,10 @@ FilePropertiesRequest MakeFilePropertiesRequest(const FileFormat& format);
 int ApplyFilePropertiesRequest(const FilePropertiesRequest& request, FileFormat& format,
                                int textMode, TableControl& table);
 
-/// Converts every name and cell between 8-bit text in the system code page and UTF-16;
-/// characters the code page lacks become '?'.
-void ConvertTextMode(TableControl& table, int fromTextMode, int toTextMode);
+/// Converts every name and cell between 8-bit text and UTF-16. Going to UTF-16 the 8-bit text
+/// is read in `codePage`; going to 8-bit it is written in the system code page, with '?' for
+/// characters that page lacks.
+void ConvertTextMode(TableControl& table, int fromTextMode, int toTextMode, std::uint32_t codePage);
 
 // ---- New File dialog ----
 

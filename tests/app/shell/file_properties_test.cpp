@@ -245,6 +245,16 @@ TEST_F(FilePropertiesTest, SwitchingToUtf8ConvertsNamesAndCells)
                                      "e");
 }
 
+TEST_F(FilePropertiesTest, SwitchingToACodePageReadsTheBytesInIt)
+{
+    table.SetCellText8(1, 1, "\xcf\xf0\xe8\xe2\xe5\xf2"); // "Privet" in Cyrillic, 1251
+    FilePropertiesRequest request = MakeFilePropertiesRequest(format);
+    request.codePage = 1251;
+    EXPECT_EQ(ApplyFilePropertiesRequest(request, format, 0, table), 1);
+    EXPECT_EQ(table.CellText16(1, 1), u"\u041f\u0440\u0438\u0432\u0435\u0442");
+    EXPECT_EQ(table.CellText16(1, 2), u"9");
+}
+
 TEST(NewFileFormat, CodePageStaysSystemEvenForWideCells)
 {
     NewFileRequest request;
