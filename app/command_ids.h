@@ -118,6 +118,10 @@ inline constexpr int kCharacterSetLast = 17399;
 /// + position in the recent-files list (0 = most recent).
 inline constexpr int kRecentFileBase = 17400;
 inline constexpr int kRecentFileLast = 17499;
+/// + position in the toolbar's size choices; handled by the toolbar itself.
+inline constexpr int kToolbarSizeBase = 17500;
+/// "Balloon help disabled" of the toolbar's context menu; handled by the toolbar itself.
+inline constexpr int kToolbarNoTips = 17510;
 /// + column index; kSortOnColumnBase - 1 is "No sorting" (value -1). Open-ended upwards,
 /// since a table may have any number of columns; kept above every other number.
 inline constexpr int kSortOnColumnBase = 20000;

@@ -1,6 +1,7 @@
 #include "app/menu_model.h"
 
 #include "app/command_ids.h"
+#include "app/toolbar_model.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -306,6 +307,28 @@ std::vector<MenuEntry> RecentFileEntries(const std::vector<std::string>& paths)
         std::string text = i < 9 ? "&" + number + " " + escaped : number + " " + escaped;
         entries.push_back(Item(cmd::kRecentFileBase + static_cast<int>(i), std::move(text)));
     }
+    return entries;
+}
+
+std::vector<MenuEntry> ToolbarContextMenu(bool shown, int size, bool noTips)
+{
+    std::vector<MenuEntry> entries;
+    MenuEntry display = CheckItem(cmd::kDisplayToolbar, "Display toolbar");
+    display.checked = shown;
+    entries.push_back(std::move(display));
+    entries.push_back(Item(cmd::kCustomizeToolbar, "Customize toolbar"));
+    std::vector<MenuEntry> sizes;
+    int position = 0;
+    for (const ToolbarSizeChoice& choice : kToolbarSizes) {
+        MenuEntry entry = Item(cmd::kToolbarSizeBase + position++, std::string(choice.name));
+        entry.check = MenuCheck::Radio;
+        entry.checked = choice.pixels == size;
+        sizes.push_back(std::move(entry));
+    }
+    entries.push_back(Submenu("Toolbar size", 0, std::move(sizes)));
+    MenuEntry tips = CheckItem(cmd::kToolbarNoTips, "Balloon help disabled");
+    tips.checked = noTips;
+    entries.push_back(std::move(tips));
     return entries;
 }
 

@@ -61,6 +61,10 @@ std::vector<MenuEntry> OnInitPopup(int popupId, const DocumentState& state);
 /// "&1 name" entries for the recent files, ids from kRecentFileBase.
 std::vector<MenuEntry> RecentFileEntries(const std::vector<std::string>& paths);
 
+/// The toolbar's own context menu: "Display toolbar", "Customize toolbar", the "Toolbar size"
+/// choices (ids from kToolbarSizeBase, the current one checked), "Balloon help disabled".
+std::vector<MenuEntry> ToolbarContextMenu(bool shown, int size, bool noTips);
+
 /// Every command id a menu (fixed or popup, at any depth) can send, for checking references.
 std::vector<int> MenuCommandIds(const std::vector<MenuEntry>& entries);
 

@@ -1,6 +1,7 @@
 #include "app/qt/toolbar_widgets.h"
 
 #include "app/command_ids.h"
+#include "app/menu_model.h"
 #include "app/qt/command_actions.h"
 #include "app/qt/command_icons.h"
 
@@ -143,40 +144,43 @@ void MainToolbar::ToggleShown()
 QMenu* MainToolbar::CreateContextMenu(QWidget* parent)
 {
     auto* menu = new QMenu(parent);
-    QAction* shown = menu->addAction(QStringLiteral("Display toolbar"));
-    shown->setCheckable(true);
-    shown->setChecked(m_model.Shown());
-    MenuEntry display;
-    display.id = cmd::kDisplayToolbar;
-    connect(shown, &QAction::triggered, this, [this, display] { m_actions.Dispatch(display); });
+    AddContextEntries(menu, ToolbarContextMenu(m_model.Shown(), m_model.Size(), m_model.NoTips()));
+    return menu;
+}
 
-    QAction* customize = menu->addAction(CommandIcon(CommandIconName(cmd::kCustomizeToolbar)),
-                                         QStringLiteral("Customize toolbar"));
-    MenuEntry customizeEntry;
-    customizeEntry.id = cmd::kCustomizeToolbar;
-    connect(customize, &QAction::triggered, this,
-            [this, customizeEntry] { m_actions.Dispatch(customizeEntry); });
-
-    QMenu* sizes = menu->addMenu(QStringLiteral("Toolbar size"));
-    auto* sizeGroup = new QActionGroup(sizes);
-    for (const ToolbarSizeChoice& choice : kToolbarSizes) {
-        QAction* action = sizes->addAction(ToQString(choice.name));
-        action->setCheckable(true);
-        action->setChecked(choice.pixels == m_model.Size());
-        sizeGroup->addAction(action);
-        const int pixels = choice.pixels;
-        connect(action, &QAction::triggered, this, [this, pixels] {
-            m_model.SetSize(pixels);
-            Rebuild();
+void MainToolbar::AddContextEntries(QMenu* menu, const std::vector<MenuEntry>& entries)
+{
+    QActionGroup* radios = nullptr;
+    for (const MenuEntry& entry : entries) {
+        if (entry.kind == MenuEntryKind::Submenu) {
+            AddContextEntries(menu->addMenu(ToQString(entry.text)), entry.children);
+            continue;
+        }
+        QAction* action = menu->addAction(ToQString(entry.text));
+        if (entry.check == MenuCheck::None) {
+            action->setIcon(CommandIcon(CommandIconName(entry.id)));
+        } else {
+            action->setCheckable(true);
+            action->setChecked(entry.checked);
+        }
+        if (entry.check == MenuCheck::Radio) {
+            if (!radios) {
+                radios = new QActionGroup(menu);
+            }
+            radios->addAction(action);
+        }
+        connect(action, &QAction::triggered, this, [this, entry](bool checked) {
+            const int sizeIndex = entry.id - cmd::kToolbarSizeBase;
+            if (entry.id == cmd::kToolbarNoTips) {
+                m_model.SetNoTips(checked);
+            } else if (sizeIndex >= 0 && sizeIndex < static_cast<int>(std::size(kToolbarSizes))) {
+                m_model.SetSize(kToolbarSizes[sizeIndex].pixels);
+                Rebuild();
+            } else {
+                m_actions.Dispatch(entry);
+            }
         });
     }
-
-    QAction* noTips = menu->addAction(QStringLiteral("Balloon help disabled"));
-    noTips->setCheckable(true);
-    noTips->setChecked(m_model.NoTips());
-    connect(noTips, &QAction::triggered, this,
-            [this](bool checked) { m_model.SetNoTips(checked); });
-    return menu;
 }
 
 bool MainToolbar::eventFilter(QObject* watched, QEvent* event)

@@ -21,6 +21,7 @@ class QTreeWidget;
 namespace quirnel {
 
 class CommandActions;
+struct MenuEntry;
 
 class MainToolbar : public QObject
 {
@@ -52,6 +53,8 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    void AddContextEntries(QMenu* menu, const std::vector<MenuEntry>& entries);
+
     QMainWindow* m_window;
     ToolbarModel& m_model;
     CommandActions& m_actions;

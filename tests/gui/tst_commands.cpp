@@ -323,6 +323,9 @@ void TestCommands::toolbarShowsDefaultsAndItsContextMenu()
     std::unique_ptr<QMenu> menu(toolbar.CreateContextMenu(nullptr));
     QCOMPARE(Texts(menu.get()), QStringList({"Display toolbar", "Customize toolbar", "Toolbar size",
                                              "Balloon help disabled"}));
+    ActionWithText(Submenu(menu.get(), "Toolbar size"), "Large")->trigger();
+    QCOMPARE(bar->iconSize(), QSize(32, 32));
+    QCOMPARE(model.Size(), 32);
     ActionWithText(menu.get(), "Display toolbar")->trigger();
     QVERIFY(!model.Shown());
     QVERIFY(bar->isHidden());

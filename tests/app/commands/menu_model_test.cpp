@@ -290,6 +290,20 @@ TEST(MainMenuBar, EveryReferenceResolves)
     }
 }
 
+TEST(ToolbarContextMenu, OffersDisplayCustomizeSizeAndTips)
+{
+    const std::vector<MenuEntry> entries = ToolbarContextMenu(true, 32, false);
+    EXPECT_EQ(Texts(entries), (std::vector<std::string>{"Display toolbar", "Customize toolbar",
+                                                        "Toolbar size", "Balloon help disabled"}));
+    EXPECT_EQ(entries[0].id, 11517);
+    EXPECT_TRUE(entries[0].checked);
+    EXPECT_EQ(entries[1].id, 11367);
+    EXPECT_EQ(Texts(entries[2].children), (std::vector<std::string>{"Small", "Medium", "Large"}));
+    EXPECT_FALSE(entries[2].children[1].checked);
+    EXPECT_TRUE(entries[2].children[2].checked);
+    EXPECT_FALSE(entries[3].checked);
+}
+
 TEST(RecentFileEntries, NumbersEntriesAndKeepsAmpersands)
 {
     const std::vector<MenuEntry> entries = RecentFileEntries({"/tmp/a.csv", "/data/R&D.csv"});
