@@ -1,0 +1,263 @@
+#include "tools/quirnel-csv/csv_tool.h"
+
+#include "document/csv_loader.h"
+#include "document/csv_saver.h"
+#include "document/table_document.h"
+#include "ostrand/core/string.h"
+#include "ostrand/core/user_interface.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace quirnel {
+
+namespace {
+
+const char kUsage[] =
+    "usage: quirnel-csv dump-json FILE [options]\n"
+    "       quirnel-csv check FILE [options]\n"
+    "       quirnel-csv normalize IN OUT [options]\n"
+    "options: --sep auto|comma|tab|semicolon|bar  --no-column-names  --backslash-escape\n"
+    "         --ignore-comments  --code-page N  --no-warn-too-few\n";
+
+/// No one is at the screen: messages are collected for standard error and every question is
+/// answered No, which never drops data (comment lines stay rows).
+class BatchUi : public ost::UserInterface
+{
+public:
+    int MessageBox(const ost::MessageBoxRequest& request) override
+    {
+        if (request.buttons & ost::kButtonNo)
+            return ost::kButtonNo;
+        if (!messages.empty())
+            messages += "\n";
+        messages += request.text;
+        return ost::kButtonOk;
+    }
+    void Beep() override {}
+    void BeginProgress(const std::string&) override {}
+    bool UpdateProgress(double) override { return true; }
+    void EndProgress() override {}
+
+    std::string messages;
+};
+
+/// Length of the valid UTF-8 sequence at `text[i]`, or 0.
+std::size_t Utf8SequenceLength(std::string_view text, std::size_t i)
+{
+    const auto byte = [&](std::size_t k) { return static_cast<unsigned char>(text[k]); };
+    const unsigned char lead = byte(i);
+    std::size_t length = 0;
+    char32_t cp = 0;
+    if (lead >= 0xC2 && lead <= 0xDF) {
+        length = 2;
+        cp = lead & 0x1F;
+    } else if (lead >= 0xE0 && lead <= 0xEF) {
+        length = 3;
+        cp = lead & 0x0F;
+    } else if (lead >= 0xF0 && lead <= 0xF4) {
+        length = 4;
+        cp = lead & 0x07;
+    } else {
+        return 0;
+    }
+    if (i + length > text.size())
+        return 0;
+    for (std::size_t k = 1; k < length; ++k) {
+        if ((byte(i + k) & 0xC0) != 0x80)
+            return 0;
+        cp = (cp << 6) | (byte(i + k) & 0x3F);
+    }
+    const char32_t minimum[] = {0, 0, 0x80, 0x800, 0x10000};
+    if (cp < minimum[length] || cp > 0x10FFFF || (cp >= 0xD800 && cp <= 0xDFFF))
+        return 0;
+    return length;
+}
+
+std::string CellUtf8(const TableDocument& document, int row, int column)
+{
+    if (document.IsUnicode())
+        return ost::Utf16ToUtf8(document.CellText16(row, column));
+    return std::string(document.CellText8(row, column));
+}
+
+bool ParseOptions(const std::vector<std::string>& args, std::size_t first, FileFormat& format,
+                  bool& warnTooFew, std::string& err)
+{
+    for (std::size_t i = first; i < args.size(); ++i) {
+        const std::string& option = args[i];
+        if (option == "--no-column-names") {
+            format.noColumnNames = true;
+        } else if (option == "--backslash-escape") {
+            format.backslashEscape = true;
+        } else if (option == "--ignore-comments") {
+            format.ignoreComments = true;
+        } else if (option == "--no-warn-too-few") {
+            warnTooFew = false;
+        } else if (option == "--sep" && i + 1 < args.size()) {
+            const std::string& value = args[++i];
+            if (value == "auto")
+                format.separator = kSeparatorAuto;
+            else if (value == "comma")
+                format.separator = ',';
+            else if (value == "tab")
+                format.separator = '\t';
+            else if (value == "semicolon")
+                format.separator = ';';
+            else if (value == "bar")
+                format.separator = '|';
+            else {
+                err += "quirnel-csv: unknown separator '" + value + "'\n";
+                return false;
+            }
+        } else if (option == "--code-page" && i + 1 < args.size()) {
+            char* end = nullptr;
+            const std::string& value = args[++i];
+            const unsigned long codePage = std::strtoul(value.c_str(), &end, 10);
+            if (value.empty() || *end != '\0' || codePage > 0xFFFFFFFFul) {
+                err += "quirnel-csv: bad code page '" + value + "'\n";
+                return false;
+            }
+            format.codePage = static_cast<std::uint32_t>(codePage);
+        } else {
+            err += "quirnel-csv: unknown option '" + option + "'\n";
+            return false;
+        }
+    }
+    return true;
+}
+
+} // namespace
+
+std::string JsonString(std::string_view text)
+{
+    std::string out = "\"";
+    for (std::size_t i = 0; i < text.size();) {
+        const unsigned char c = static_cast<unsigned char>(text[i]);
+        if (c >= 0x80) {
+            const std::size_t length = Utf8SequenceLength(text, i);
+            if (length) {
+                out.append(text.substr(i, length));
+                i += length;
+            } else {
+                char escaped[8];
+                std::snprintf(escaped, sizeof escaped, "\\u%04X", c);
+                out += escaped;
+                ++i;
+            }
+            continue;
+        }
+        switch (c) {
+        case '"':
+            out += "\\\"";
+            break;
+        case '\\':
+            out += "\\\\";
+            break;
+        case '\n':
+            out += "\\n";
+            break;
+        case '\r':
+            out += "\\r";
+            break;
+        case '\t':
+            out += "\\t";
+            break;
+        default:
+            if (c < 0x20) {
+                char escaped[8];
+                std::snprintf(escaped, sizeof escaped, "\\u%04X", c);
+                out += escaped;
+            } else {
+                out.push_back(static_cast<char>(c));
+            }
+        }
+        ++i;
+    }
+    out += "\"";
+    return out;
+}
+
+std::string DocumentJson(const TableDocument& document)
+{
+    const FileFormat& format = document.Format();
+    std::string json = "{\n";
+    json += "  \"ok\": true,\n  \"error\": \"\",\n";
+    json += "  \"separator\": " + JsonString(std::string(1, format.separator)) + ",\n";
+    json += "  \"newline\": " + JsonString(format.newline) + ",\n";
+    json += "  \"codePage\": " + std::to_string(format.codePage) + ",\n";
+    json += "  \"columns\": [";
+    for (int c = 1; c < document.ColumnCount(); ++c)
+        json += (c > 1 ? ", " : "") + JsonString(document.ColumnName(c));
+    json += "],\n  \"rows\": [";
+    for (int r = 0; r < document.RowCount(); ++r) {
+        json += r ? ",\n    [" : "\n    [";
+        for (int c = 1; c < document.ColumnCount(); ++c)
+            json += (c > 1 ? ", " : "") + JsonString(CellUtf8(document, r, c));
+        json += "]";
+    }
+    json += document.RowCount() ? "\n  ],\n" : "],\n";
+    json += "  \"warnings\": [";
+    const auto& warnings = document.Warnings();
+    for (std::size_t i = 0; i < warnings.size(); ++i) {
+        json += i ? ",\n    " : "\n    ";
+        json += "{\"message\": " + JsonString(warnings[i].message) +
+                ", \"row\": " + std::to_string(warnings[i].row) +
+                ", \"extra\": " + JsonString(warnings[i].extraData) + "}";
+    }
+    json += warnings.empty() ? "]\n" : "\n  ]\n";
+    json += "}\n";
+    return json;
+}
+
+int RunCsvTool(const std::vector<std::string>& args, std::string& out, std::string& err)
+{
+    if (!args.empty() && (args[0] == "--help" || args[0] == "-h")) {
+        out += kUsage;
+        return 0;
+    }
+    const bool known =
+        !args.empty() && (args[0] == "dump-json" || args[0] == "check" || args[0] == "normalize");
+    const std::size_t paths = !args.empty() && args[0] == "normalize" ? 2 : 1;
+    if (!known || args.size() < 1 + paths) {
+        err += kUsage;
+        return 2;
+    }
+    FileFormat format;
+    format.path = args[1];
+    bool warnTooFew = true;
+    if (!ParseOptions(args, 1 + paths, format, warnTooFew, err))
+        return 2;
+
+    BatchUi ui;
+    TableDocument document(ui);
+    document.SetWarnTooFew(warnTooFew);
+    if (!LoadCsvFile(document, format, "quirnel-csv")) {
+        err += (ui.messages.empty() ? std::string("the file could not be loaded") : ui.messages) +
+               "\n";
+        if (args[0] == "dump-json")
+            out += "{\n  \"ok\": false,\n  \"error\": " + JsonString(ui.messages) + "\n}\n";
+        return 2;
+    }
+    if (args[0] == "dump-json") {
+        out += DocumentJson(document);
+        return 0;
+    }
+    if (args[0] == "check") {
+        for (const CSV_Warning& warning : document.Warnings()) {
+            if (warning.row >= 0)
+                out += "row " + std::to_string(warning.row + 1) + ": ";
+            out += warning.message + warning.extraData + "\n";
+        }
+        return document.Warnings().empty() ? 0 : 1;
+    }
+    // normalize writes a fresh file: no backups beside it.
+    document.SetBackupLevels(0);
+    if (!SaveCsvFile(document, args[2], "quirnel-csv")) {
+        err += ui.messages + "\n";
+        return 2;
+    }
+    return 0;
+}
+
+} // namespace quirnel
