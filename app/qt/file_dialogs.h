@@ -1,0 +1,54 @@
+#pragma once
+// The "File Properties" and "New File" dialogs: each fills its controls from a request and
+// writes the choices back into it on OK.
+
+#include "document/file_properties.h"
+
+#include <QDialog>
+
+class QCheckBox;
+class QComboBox;
+
+namespace quirnel {
+
+class FilePropertiesDialog : public QDialog
+{
+    Q_OBJECT
+
+public:
+    FilePropertiesDialog(FilePropertiesRequest& request, QWidget* parent = nullptr);
+    void accept() override;
+
+    QComboBox* CharacterSet() const { return m_characterSet; }
+    QComboBox* Separator() const { return m_separator; }
+    QComboBox* Newline() const { return m_newline; }
+    QCheckBox* NoColumnNames() const { return m_noColumnNames; }
+    QCheckBox* DelimitAllCells() const { return m_delimitAllCells; }
+
+private:
+    FilePropertiesRequest& m_request;
+    QComboBox* m_characterSet;
+    QComboBox* m_separator;
+    QComboBox* m_newline;
+    QCheckBox* m_noColumnNames;
+    QCheckBox* m_delimitAllCells;
+};
+
+class NewFileDialog : public QDialog
+{
+    Q_OBJECT
+
+public:
+    NewFileDialog(NewFileRequest& request, QWidget* parent = nullptr);
+    void accept() override;
+
+    QComboBox* Encoding() const { return m_encoding; }
+    QComboBox* Separator() const { return m_separator; }
+
+private:
+    NewFileRequest& m_request;
+    QComboBox* m_encoding;
+    QComboBox* m_separator;
+};
+
+} // namespace quirnel
