@@ -34,8 +34,9 @@ TableColumn IndexColumn()
         COLUMN_RIGHT | COLUMN_NO_SEARCH | COLUMN_NO_SORT | COLUMN_NO_EDIT | COLUMN_READ_ONLY;
     column.width = 50;
     column.initialWidth = 50;
-    column.headerText = "#";
-    column.headerTextWide = u"#";
+    // Built by count and character: GCC 12 reports a false overlap for assigning literals here.
+    column.headerText.assign(1, '#');
+    column.headerTextWide.assign(1, u'#');
     column.sortMethod = kSortNumeric;
     return column;
 }

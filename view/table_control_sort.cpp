@@ -84,11 +84,26 @@ int CompareUnits(const TextRef& a, std::size_t padA, const TextRef& b, std::size
 
 int CompareText(const TextRef& a, const TextRef& b, bool foldCase)
 {
-    if (!foldCase && !a.wide && !b.wide) {
-        std::size_t common = std::min(a.length, b.length);
-        int c = common ? std::memcmp(a.data, b.data, common) : 0;
-        if (c != 0)
-            return c < 0 ? -1 : 1;
+    if (!a.wide && !b.wide) {
+        const std::size_t common = std::min(a.length, b.length);
+        const auto* x = static_cast<const unsigned char*>(a.data);
+        const auto* y = static_cast<const unsigned char*>(b.data);
+        if (!foldCase) {
+            int c = common ? std::memcmp(x, y, common) : 0;
+            if (c != 0)
+                return c < 0 ? -1 : 1;
+        } else {
+            for (std::size_t i = 0; i < common; ++i) {
+                unsigned u = x[i];
+                unsigned v = y[i];
+                if (u == v)
+                    continue;
+                u = u - 'A' < 26u ? u + 32 : u;
+                v = v - 'A' < 26u ? v + 32 : v;
+                if (u != v)
+                    return u < v ? -1 : 1;
+            }
+        }
         return a.length < b.length ? -1 : (a.length > b.length ? 1 : 0);
     }
     return foldCase ? CompareUnits<true>(a, 0, b, 0) : CompareUnits<false>(a, 0, b, 0);
@@ -111,6 +126,12 @@ struct SortKey
     TextRef secondary;
     /// The date as yymmddHHiiss (sorts as its text does), or the byte count.
     double secondaryNumber = 0;
+    /// The first units of the secondary text as it is compared (folded, padded), packed so
+    /// that differing words decide the order. Only when `secondaryKeyed`.
+    std::uint64_t secondaryWords[3] = {0, 0, 0};
+    bool secondaryKeyed = false;
+    /// The words hold the whole secondary text: equal words mean equal texts.
+    bool secondaryExact = false;
     /// Nothing was filled in (hidden rows): the secondary key is the empty text.
     bool secondaryBlank = false;
     std::int32_t row = 0;
@@ -163,6 +184,13 @@ struct Comparator
                 return 0;
             return a.secondaryBlank ? -1 : 1;
         }
+        if (a.secondaryKeyed && b.secondaryKeyed) {
+            for (int w = 0; w < 3; ++w)
+                if (a.secondaryWords[w] != b.secondaryWords[w])
+                    return a.secondaryWords[w] < b.secondaryWords[w] ? -1 : 1;
+            if (a.secondaryExact && b.secondaryExact)
+                return 0;
+        }
         switch (secondaryKind) {
         case SecondaryKind::Index:
             return CompareIndexText(a.row, b.row);
@@ -189,6 +217,15 @@ struct Comparator
             return CompareBytesText(a.secondaryNumber, b.secondaryNumber);
         }
         return 0;
+    }
+
+    /// For records whose primary keys are equal.
+    int Tie(const SortKey& a, const SortKey& b) const
+    {
+        int c = Secondary(a, b);
+        if (c != 0)
+            return c;
+        return a.row < b.row ? -1 : (a.row > b.row ? 1 : 0);
     }
 
     /// Negative when a sorts first. The row (the record's place when the keys were built)
@@ -225,18 +262,66 @@ std::uint64_t NumberKey(double value)
     return (bits & 0x8000000000000000ull) ? ~bits : (bits | 0x8000000000000000ull);
 }
 
-std::uint64_t TextPrefix(const TextRef& text, bool foldCase, bool wideUnits)
+// Units [from, from + 8) (8-bit) or [from, from + 4) (UTF-16) of the text, folded as compared,
+// zero past its end. `*nul` is set when the text itself holds a zero unit there, since the
+// packing could not tell that from the end.
+std::uint64_t TextPrefix(const TextRef& text, bool foldCase, bool wideUnits, std::size_t from,
+                         bool* nul)
 {
     std::uint64_t key = 0;
     const std::size_t units = wideUnits ? 4 : 8;
     const int bits = wideUnits ? 16 : 8;
-    for (std::size_t i = 0; i < units; ++i) {
-        std::uint32_t unit = i < text.length ? text.Unit(i) : 0;
+    if (!text.wide && !wideUnits && from + units <= text.length) {
+        const auto* bytes = static_cast<const unsigned char*>(text.data) + from;
+        for (std::size_t i = 0; i < 8; ++i) {
+            unsigned unit = bytes[i];
+            *nul |= unit == 0;
+            if (foldCase && unit - 'A' < 26u)
+                unit += 32;
+            key = (key << 8) | unit;
+        }
+        return key;
+    }
+    for (std::size_t i = from; i < from + units; ++i) {
+        std::uint32_t unit = 0;
+        if (i < text.length) {
+            unit = text.Unit(i);
+            *nul |= unit == 0;
+        }
         if (foldCase)
             unit = Fold(unit, text.wide);
         key = (key << bits) | unit;
     }
     return key;
+}
+
+// The secondary text's first units as compared: padded with "0"s to 24 for the numeric
+// methods, folded for method 0. Only 8-bit texts without NUL characters are keyed; others
+// always take the full comparison.
+void KeySecondary(SortKey& key, bool foldCase, bool padded, bool keepBlank)
+{
+    const TextRef& text = key.secondary;
+    if (text.wide)
+        return;
+    const auto* bytes = static_cast<const unsigned char*>(text.data);
+    std::size_t pad = 0;
+    if (padded && !(keepBlank && text.length == 0) && text.length < kPaddedWidth)
+        pad = kPaddedWidth - text.length;
+    const std::size_t total = text.length + pad;
+    const std::size_t words = padded ? 3 : 1;
+    for (std::size_t i = 0; i < total && i < words * 8; ++i) {
+        unsigned unit = i < pad ? '0' : bytes[i - pad];
+        if (unit == 0)
+            return;
+        if (foldCase && unit - 'A' < 26u)
+            unit += 32;
+        key.secondaryWords[i / 8] |= static_cast<std::uint64_t>(unit) << (56 - 8 * (i % 8));
+    }
+    for (std::size_t i = words * 8; i < text.length; ++i)
+        if (bytes[i] == 0)
+            return;
+    key.secondaryKeyed = true;
+    key.secondaryExact = total <= words * 8;
 }
 
 } // namespace
@@ -379,6 +464,8 @@ void TableControl::SortRows()
         case SecondaryKind::Padded:
         case SecondaryKind::PaddedBlank:
             key.secondary = cellText(row, sc);
+            KeySecondary(key, comparator.foldCase, comparator.secondaryKind != SecondaryKind::Text,
+                         comparator.secondaryKind == SecondaryKind::PaddedBlank);
             break;
         case SecondaryKind::Date: {
             std::optional<DateTime> date = readDate(cellText(row, sc));
@@ -397,17 +484,82 @@ void TableControl::SortRows()
     }
 
     std::vector<FastKey> fast(count);
+    bool nul = false;
+    const bool wideUnits = anyWide;
     for (std::size_t r = 0; r < count; ++r) {
         fast[r].index = static_cast<std::uint32_t>(r);
         fast[r].key = comparator.textPrimary
-                          ? TextPrefix(keys[r].primary, comparator.foldCase, anyWide)
+                          ? TextPrefix(keys[r].primary, comparator.foldCase, wideUnits, 0, &nul)
                           : NumberKey(keys[r].number);
     }
-    std::sort(fast.begin(), fast.end(), [&](const FastKey& a, const FastKey& b) {
-        if (a.key != b.key)
-            return a.key < b.key;
+    // First by the fast key alone (then storage index), which touches only this small array.
+    // Where fast keys tie, each run is ordered further: texts by their next units, window by
+    // window (each window reads every text once instead of comparing pairs over and over),
+    // and records with equal primary keys by the secondary key and the row.
+    auto byKey = [](const FastKey& a, const FastKey& b) {
+        return a.key != b.key ? a.key < b.key : a.index < b.index;
+    };
+    auto full = [&](const FastKey& a, const FastKey& b) {
         return comparator.Compare(keys[a.index], keys[b.index]) < 0;
-    });
+    };
+    auto tie = [&](const FastKey& a, const FastKey& b) {
+        return comparator.Tie(keys[a.index], keys[b.index]) < 0;
+    };
+    std::sort(fast.begin(), fast.end(), byKey);
+    // With no secondary column and numeric keys the storage index already is the tie-break
+    // ("%06d" compares like the number up to 999,999).
+    const bool indexDecidesTies = !comparator.textPrimary &&
+                                  comparator.secondaryKind == SecondaryKind::Index &&
+                                  count <= 1000000;
+    struct Run
+    {
+        std::size_t start;
+        std::size_t end;
+        std::size_t window;
+    };
+    std::vector<Run> work;
+    auto pushRuns = [&](std::size_t start, std::size_t end, std::size_t window) {
+        for (std::size_t i = start; i < end;) {
+            std::size_t j = i + 1;
+            while (j < end && fast[j].key == fast[i].key)
+                ++j;
+            if (j - i > 1)
+                work.push_back(Run{i, j, window});
+            i = j;
+        }
+    };
+    if (!indexDecidesTies)
+        pushRuns(0, count, 1);
+    const std::size_t windowUnits = wideUnits ? 4 : 8;
+    while (!work.empty()) {
+        Run run = work.back();
+        work.pop_back();
+        auto first = fast.begin() + static_cast<std::ptrdiff_t>(run.start);
+        auto last = fast.begin() + static_cast<std::ptrdiff_t>(run.end);
+        if (!comparator.textPrimary) {
+            std::sort(first, last, tie);
+            continue;
+        }
+        if (nul) {
+            std::sort(first, last, full);
+            continue;
+        }
+        const std::size_t from = run.window * windowUnits;
+        bool exhausted = true;
+        for (auto it = first; it != last; ++it) {
+            const TextRef& text = keys[it->index].primary;
+            exhausted = exhausted && text.length <= from;
+            it->key = TextPrefix(text, comparator.foldCase, wideUnits, from, &nul);
+        }
+        if (nul) {
+            std::sort(first, last, full);
+        } else if (exhausted) {
+            std::sort(first, last, tie);
+        } else {
+            std::sort(first, last, byKey);
+            pushRuns(run.start, run.end, run.window + 1);
+        }
+    }
 
     // Hidden rows, then the trailing row, go last; descending reverses only the visible rows,
     // which is where moving them to the front before the reversal leaves them.

@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 
 #include <map>
+#include <numeric>
+#include <random>
 
 namespace quirnel {
 namespace {
@@ -320,6 +322,127 @@ TEST(TableSort, ShowingRowsAgainOnASortedTablePutsThemInPlace)
     table.SetRowHidden(1, false);
     table.SetRowHidden(3, false);
     EXPECT_EQ(ColumnInDisplayOrder(table, 1), (Texts{"a", "b", "c", "d"}));
+}
+
+} // namespace
+} // namespace quirnel
+
+namespace quirnel {
+namespace {
+
+// The sort against a plain model of its rules on random short texts with long shared
+// prefixes, so that every refinement path (prefix windows, runs of equal texts, padded and
+// folded secondary keys) meets a reference.
+struct ModelCase
+{
+    const char* name;
+    int method;
+    int secondaryMethod; ///< -1: no previous sort column
+};
+
+class TableSortModel : public testing::TestWithParam<ModelCase>
+{};
+
+std::string Folded(std::string text)
+{
+    for (char& ch : text)
+        if (ch >= 'A' && ch <= 'Z')
+            ch = static_cast<char>(ch + 32);
+    return text;
+}
+
+TEST_P(TableSortModel, MatchesTheRules)
+{
+    const ModelCase& c = GetParam();
+    std::mt19937 random(99);
+    const char* pieces[] = {"", "a", "A", "b", "0", "1", "9", " ", "abcdefgh", "ABCDEFGH", "x"};
+    auto randomText = [&]() {
+        std::string text;
+        int parts = static_cast<int>(random() % 5);
+        for (int p = 0; p < parts; ++p)
+            text += pieces[random() % std::size(pieces)];
+        return text;
+    };
+    TableControl table;
+    Fill(table, {"primary", "secondary"}, {});
+    const int rows = 400;
+    table.SetRowCount(rows);
+    std::vector<std::string> primary(rows);
+    std::vector<std::string> secondary(rows);
+    for (int r = 0; r < rows; ++r) {
+        primary[r] = randomText();
+        secondary[r] = randomText();
+        table.SetCellText8(r, 1, primary[r]);
+        table.SetCellText8(r, 2, secondary[r]);
+    }
+    table.SetColumnSortMethod(1, c.method);
+    if (c.secondaryMethod >= 0) {
+        table.SetColumnSortMethod(2, c.secondaryMethod);
+        table.SetSort(2, true);
+    }
+    table.SetSort(1, true);
+
+    const bool fold = c.method == kSortTextNoCase;
+    auto secondaryKey = [&](int r) {
+        if (c.secondaryMethod < 0) {
+            char text[16];
+            std::snprintf(text, sizeof text, "%06d", r);
+            return std::string(text);
+        }
+        std::string text = secondary[static_cast<std::size_t>(r)];
+        bool padded = c.secondaryMethod == kSortNumeric ||
+                      (c.secondaryMethod == kSortNumericLow && !text.empty());
+        if (padded && text.size() < 24)
+            text.insert(0, 24 - text.size(), '0');
+        return text;
+    };
+    std::vector<int> expected(rows);
+    std::iota(expected.begin(), expected.end(), 0);
+    std::sort(expected.begin(), expected.end(), [&](int a, int b) {
+        std::string pa = primary[static_cast<std::size_t>(a)];
+        std::string pb = primary[static_cast<std::size_t>(b)];
+        std::string sa = secondaryKey(a);
+        std::string sb = secondaryKey(b);
+        if (fold) {
+            pa = Folded(pa);
+            pb = Folded(pb);
+            sa = Folded(sa);
+            sb = Folded(sb);
+        }
+        if (pa != pb)
+            return pa < pb;
+        if (sa != sb)
+            return sa < sb;
+        return a < b;
+    });
+    std::vector<int> actual;
+    for (int p = 0; p < rows; ++p)
+        actual.push_back(table.RowAtDisplayPosition(p));
+    EXPECT_EQ(actual, expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Methods, TableSortModel,
+    testing::Values(ModelCase{"NoCaseAlone", kSortTextNoCase, -1},
+                    ModelCase{"CaseAlone", kSortTextCase, -1},
+                    ModelCase{"NoCaseThenText", kSortTextNoCase, kSortTextNoCase},
+                    ModelCase{"CaseThenText", kSortTextCase, kSortTextCase},
+                    ModelCase{"NoCaseThenPadded", kSortTextNoCase, kSortNumeric},
+                    ModelCase{"CaseThenPaddedBlank", kSortTextCase, kSortNumericLow}),
+    [](const testing::TestParamInfo<ModelCase>& param) { return std::string(param.param.name); });
+
+TEST(TableSort, TextsWithZeroCharactersStillSortByFullComparison)
+{
+    TableControl table;
+    Fill(table, {"v"}, {});
+    table.SetRowCount(3);
+    table.SetCellText8(0, 1, std::string_view("abcdefghij\0b", 12));
+    table.SetCellText8(1, 1, std::string_view("abcdefghij\0a", 12));
+    table.SetCellText8(2, 1, "abcdefghij");
+    table.SetSort(1, true);
+    EXPECT_EQ(table.RowAtDisplayPosition(0), 2);
+    EXPECT_EQ(table.RowAtDisplayPosition(1), 1);
+    EXPECT_EQ(table.RowAtDisplayPosition(2), 0);
 }
 
 } // namespace
