@@ -1,10 +1,84 @@
 // Measures the editor's work on one CSV file and prints one "name value unit" line per figure.
 
+#include "document/csv_loader.h"
+#include "document/csv_saver.h"
+#include "document/table_document.h"
+#include "ostrand/core/user_interface.h"
+
+#include <chrono>
+#include <clocale>
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
+#include <fstream>
+#include <string>
+#include <sys/resource.h>
+#include <unistd.h>
+
+namespace {
+
+/// Nobody is watching: every box is answered No, and nothing is cancelled.
+class SilentUi : public ost::UserInterface
+{
+public:
+    int MessageBox(const ost::MessageBoxRequest& request) override
+    {
+        std::fprintf(stderr, "quirnel-bench: %s\n", request.text.c_str());
+        return ost::kButtonNo;
+    }
+    void Beep() override {}
+    void BeginProgress(const std::string&) override {}
+    bool UpdateProgress(double) override { return true; }
+    void EndProgress() override {}
+};
+
+/// The process's peak resident memory so far, in megabytes (VmHWM).
+double PeakResidentMb()
+{
+    std::ifstream status("/proc/self/status");
+    for (std::string line; std::getline(status, line);)
+        if (line.rfind("VmHWM:", 0) == 0)
+            return std::strtod(line.c_str() + 6, nullptr) / 1024.0;
+    return 0;
+}
+
+/// Processor time of this process (user and system), in seconds: on a busy machine it says
+/// more about our own work than the wall clock.
+double CpuSeconds()
+{
+    struct rusage usage
+    {};
+    ::getrusage(RUSAGE_SELF, &usage);
+    return static_cast<double>(usage.ru_utime.tv_sec + usage.ru_stime.tv_sec) +
+           static_cast<double>(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e6;
+}
+
+double SecondsSince(std::chrono::steady_clock::time_point start)
+{
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+/// The first data column whose first cells all read as integers, else 1.
+int IntegerColumn(const quirnel::TableDocument& document)
+{
+    for (int column = 1; column < document.ColumnCount(); ++column) {
+        bool integers = document.RowCount() > 0;
+        for (int row = 0; row < std::min(document.RowCount(), 100) && integers; ++row) {
+            const std::string text =
+                document.IsUnicode() ? std::string() : std::string(document.CellText8(row, column));
+            integers = !text.empty() && text.find_first_not_of("-0123456789") == std::string::npos;
+        }
+        if (integers)
+            return column;
+    }
+    return 1;
+}
+
+} // namespace
 
 int main(int argc, char** argv)
 {
+    std::setlocale(LC_ALL, "");
     if (argc != 2) {
         std::fputs("usage: quirnel-bench FILE\n", stderr);
         return 2;
@@ -16,5 +90,46 @@ int main(int argc, char** argv)
         return 2;
     }
     std::printf("file_mb %.1f MB\n", static_cast<double>(size) / 1e6);
+
+    SilentUi ui;
+    quirnel::TableDocument document(ui);
+    quirnel::FileFormat format;
+    format.path = argv[1];
+    auto start = std::chrono::steady_clock::now();
+    double cpu = CpuSeconds();
+    if (!quirnel::LoadCsvFile(document, format, "quirnel-bench"))
+        return 2;
+    std::printf("load_s %.3f s\n", SecondsSince(start));
+    std::printf("load_cpu_s %.3f s\n", CpuSeconds() - cpu);
+    std::printf("load_peak_rss_mb %.1f MB\n", PeakResidentMb());
+    std::printf("rows %d rows\n", document.RowCount());
+
+    const std::string target = (std::filesystem::temp_directory_path() /
+                                ("quirnel-bench-" + std::to_string(::getpid()) + ".csv"))
+                                   .string();
+    document.SetBackupLevels(0);
+    start = std::chrono::steady_clock::now();
+    cpu = CpuSeconds();
+    const bool saved = quirnel::SaveCsvFile(document, target);
+    const double saveSeconds = SecondsSince(start);
+    const double saveCpuSeconds = CpuSeconds() - cpu;
+    std::filesystem::remove(target, error);
+    if (!saved)
+        return 2;
+    std::printf("save_s %.3f s\n", saveSeconds);
+    std::printf("save_cpu_s %.3f s\n", saveCpuSeconds);
+
+    quirnel::TableControl& table = document.Table();
+    const int numeric = IntegerColumn(document);
+    table.SetColumnSortMethod(numeric, quirnel::kSortNumeric);
+    start = std::chrono::steady_clock::now();
+    table.SetSort(numeric, false);
+    std::printf("sort_numeric_s %.3f s\n", SecondsSince(start));
+
+    const int text = document.ColumnCount() > 7 ? 7 : document.ColumnCount() - 1;
+    table.SetColumnSortMethod(text, quirnel::kSortTextNoCase);
+    start = std::chrono::steady_clock::now();
+    table.SetSort(text, true);
+    std::printf("sort_text_s %.3f s\n", SecondsSince(start));
     return 0;
 }

@@ -204,8 +204,8 @@ bool LoadCsvFile(TableDocument& document, FileFormat& format, const std::string&
     const std::string_view separators(&separator, 1);
     std::string_view record;
     int recordNumber = 0;
-    while (
-        reader.ReadRecord(record, flags, separators, format.ignoreComments ? &comments : nullptr)) {
+    while (reader.ReadRecordRaw(record, raw, flags, separators,
+                                format.ignoreComments ? &comments : nullptr)) {
         if (!comments.empty()) {
             document.AddWarning("Comments were detected.  They will be lost if you save the file.",
                                 -1);
@@ -221,12 +221,10 @@ bool LoadCsvFile(TableDocument& document, FileFormat& format, const std::string&
             estimate = std::clamp<std::size_t>(estimate, 2, 1u << 30);
             table.SetRowCount(recordNumber + static_cast<int>(estimate));
         }
-        CsvRecordReader::SplitRecordRaw(record, raw, separators, flags);
         const int fields = static_cast<int>(raw.size());
-        const std::string rowText = std::to_string(recordNumber + 1);
         if (fields < columns && document.WarnTooFew())
-            document.AddWarning("Row " + rowText + " only contains " + std::to_string(fields) +
-                                    " column" + Plural(raw.size()) + ".",
+            document.AddWarning("Row " + std::to_string(recordNumber + 1) + " only contains " +
+                                    std::to_string(fields) + " column" + Plural(raw.size()) + ".",
                                 recordNumber);
         if (fields > columns) {
             std::string extra;
@@ -236,8 +234,9 @@ bool LoadCsvFile(TableDocument& document, FileFormat& format, const std::string&
                 extra += decoder.ForMessage(CsvRecordReader::UnquoteField(raw[i], flags));
             }
             const int extraCount = fields - columns;
-            document.AddWarning("Row " + rowText + " has " + std::to_string(extraCount) +
-                                    " extra column" + Plural(extraCount) + ": ",
+            document.AddWarning("Row " + std::to_string(recordNumber + 1) + " has " +
+                                    std::to_string(extraCount) + " extra column" +
+                                    Plural(extraCount) + ": ",
                                 recordNumber, std::move(extra));
         }
         const int stored = std::min(fields, columns);

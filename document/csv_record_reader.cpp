@@ -76,8 +76,7 @@ void BasicCsvRecordReader<Char>::SetSeparators(View separators, unsigned flags)
 }
 
 template <typename Char>
-bool BasicCsvRecordReader<Char>::ReadRecord(View& record, unsigned flags, View separators,
-                                            std::vector<Text>* comments)
+bool BasicCsvRecordReader<Char>::SkipToRecord(unsigned flags, std::vector<Text>* comments)
 {
     const Char* const begin = m_data.data();
     const std::size_t size = m_data.size();
@@ -85,10 +84,8 @@ bool BasicCsvRecordReader<Char>::ReadRecord(View& record, unsigned flags, View s
         while (m_position < size &&
                (begin[m_position] == Char('\r') || begin[m_position] == Char('\n')))
             ++m_position;
-        if (m_position >= size) {
-            record = View();
+        if (m_position >= size)
             return false;
-        }
         if ((flags & CSV_IGNORE_COMMENTS) && begin[m_position] == Char('#')) {
             const std::size_t start = m_position;
             while (m_position < size && begin[m_position] != Char('\r') &&
@@ -98,11 +95,42 @@ bool BasicCsvRecordReader<Char>::ReadRecord(View& record, unsigned flags, View s
                 comments->emplace_back(begin + start, m_position - start);
             continue;
         }
-        break;
+        return true;
+    }
+}
+
+template <typename Char>
+bool BasicCsvRecordReader<Char>::ReadRecord(View& record, unsigned flags, View separators,
+                                            std::vector<Text>* comments)
+{
+    if (!SkipToRecord(flags, comments)) {
+        record = View();
+        return false;
     }
     if (separators.empty())
         return ReadDetecting(record, flags);
-    return ReadSeparated(record, flags, separators);
+    return ReadSeparated(record, flags, separators, nullptr);
+}
+
+template <typename Char>
+bool BasicCsvRecordReader<Char>::ReadRecordRaw(View& record, std::vector<View>& rawFields,
+                                               unsigned flags, View separators,
+                                               std::vector<Text>* comments)
+{
+    rawFields.clear();
+    if (!SkipToRecord(flags, comments)) {
+        record = View();
+        return false;
+    }
+    // The record scan and the field splitter agree on field bounds except where a backslash
+    // inside quotes matters, which only the splitter honours.
+    if (separators.empty() || (flags & CSV_BACKSLASH_ESCAPE)) {
+        const bool read = separators.empty() ? ReadDetecting(record, flags)
+                                             : ReadSeparated(record, flags, separators, nullptr);
+        SplitRecordRaw(record, rawFields, separators, flags);
+        return read;
+    }
+    return ReadSeparated(record, flags, separators, &rawFields);
 }
 
 template <typename Char>
@@ -141,7 +169,8 @@ bool BasicCsvRecordReader<Char>::ReadDetecting(View& record, unsigned flags)
 }
 
 template <typename Char>
-bool BasicCsvRecordReader<Char>::ReadSeparated(View& record, unsigned flags, View separators)
+bool BasicCsvRecordReader<Char>::ReadSeparated(View& record, unsigned flags, View separators,
+                                               std::vector<View>* rawFields)
 {
     SetSeparators(separators, flags);
     const Char* const begin = m_data.data();
@@ -161,8 +190,14 @@ bool BasicCsvRecordReader<Char>::ReadSeparated(View& record, unsigned flags, Vie
             return m_classes[Unit(c)];
         return wideSeparators && Contains(separators, c) ? kSeparator : kOrdinary;
     };
+    const Char* fieldStart = start;
     auto finish = [&](const Char* recordEnd, const Char* next) {
         record = View(start, static_cast<std::size_t>(recordEnd - start));
+        if (rawFields && recordEnd != start) {
+            if (fieldStart > recordEnd)
+                fieldStart = recordEnd;
+            rawFields->emplace_back(fieldStart, static_cast<std::size_t>(recordEnd - fieldStart));
+        }
         m_position = static_cast<std::size_t>(next - begin);
         return true;
     };
@@ -179,6 +214,7 @@ bool BasicCsvRecordReader<Char>::ReadSeparated(View& record, unsigned flags, Vie
         if (atFieldStart) {
             while (p != end && *p == Char(' '))
                 ++p;
+            fieldStart = p;
             if (p == end)
                 break;
             atFieldStart = false;
@@ -214,7 +250,10 @@ bool BasicCsvRecordReader<Char>::ReadSeparated(View& record, unsigned flags, Vie
         }
         switch (classify(*p)) {
         case kSeparator:
+            if (rawFields)
+                rawFields->emplace_back(fieldStart, static_cast<std::size_t>(p - fieldStart));
             ++p;
+            fieldStart = p;
             atFieldStart = true;
             break;
         case kLineEnd:
@@ -304,6 +343,12 @@ void BasicCsvRecordReader<Char>::SplitRecordRaw(View record, std::vector<View>& 
                 ++pos;
             }
         }
+        if constexpr (sizeof(Char) == 1) {
+            if (!escapes && separators.size() == 1) {
+                const void* found = std::memchr(r + pos, separators[0], n - pos);
+                pos = found ? static_cast<std::size_t>(static_cast<const Char*>(found) - r) : n;
+            }
+        }
         while (pos < n && !isSeparator(r[pos]))
             pos += (escapes && r[pos] == Char('\\')) ? 2 : 1;
         if (pos > n)
@@ -352,6 +397,12 @@ BasicCsvRecordReader<Char>::UnquoteInPlace(Char* text, std::size_t length, unsig
     const bool escapes = flags & CSV_BACKSLASH_ESCAPE;
     // Most fields need no rewriting: find the first character that does.
     Char* in = first;
+    if constexpr (sizeof(Char) == 1) {
+        if (!escapes) {
+            void* quote = std::memchr(in, '"', static_cast<std::size_t>(last - in));
+            in = quote ? static_cast<Char*>(quote) : last;
+        }
+    }
     while (in != last && *in != Char('"') && !(escapes && *in == Char('\\')))
         ++in;
     if (in == last)

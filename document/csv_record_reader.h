@@ -40,6 +40,11 @@ public:
     /// the quote state decides where the record ends.
     bool ReadRecord(View& record, unsigned flags, View separators, std::vector<Text>* comments);
 
+    /// ReadRecord that also gives the record's raw fields, as SplitRecordRaw would. Without
+    /// backslash escapes they are found in the same pass over the text.
+    bool ReadRecordRaw(View& record, std::vector<View>& rawFields, unsigned flags, View separators,
+                       std::vector<Text>* comments);
+
     /// ReadRecord, then SplitRecord. True when a record was read.
     bool ReadFields(std::vector<Text>& fields, unsigned flags, View separators,
                     std::vector<Text>* comments);
@@ -71,7 +76,8 @@ public:
 
 private:
     bool ReadDetecting(View& record, unsigned flags);
-    bool ReadSeparated(View& record, unsigned flags, View separators);
+    bool SkipToRecord(unsigned flags, std::vector<Text>* comments);
+    bool ReadSeparated(View& record, unsigned flags, View separators, std::vector<View>* rawFields);
     void SetSeparators(View separators, unsigned flags);
 
     View m_data;

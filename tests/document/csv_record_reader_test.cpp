@@ -284,5 +284,37 @@ TEST(CsvRecordReader, RandomInputNeverBreaksInvariants)
     }
 }
 
+TEST(CsvRecordReader, RawFieldsFromScanMatchSplitter)
+{
+    // The loader takes field bounds from the record scan; they must be the splitter's.
+    std::mt19937 random(99);
+    const char alphabet[] = {'a', ',', '"', '\r', '\n', ' ', '\0', '\t', ';'};
+    for (int round = 0; round < 3000; ++round) {
+        std::string data(random() % 48, '\0');
+        for (char& c : data)
+            c = alphabet[random() % sizeof alphabet];
+        const unsigned flags = round % 4 == 0 ? CSV_BACKSLASH_ESCAPE : 0;
+        CsvRecordReader scanning(data);
+        CsvRecordReader plain(data);
+        std::string_view record;
+        std::string_view again;
+        std::vector<std::string_view> scanned;
+        std::vector<std::string_view> split;
+        while (scanning.ReadRecordRaw(record, scanned, flags, ",", nullptr)) {
+            ASSERT_TRUE(plain.ReadRecord(again, flags, ",", nullptr));
+            ASSERT_EQ(again, record);
+            CsvRecordReader::SplitRecordRaw(record, split, ",", flags);
+            auto bounds = [&](const std::vector<std::string_view>& fields) {
+                std::vector<std::pair<long, std::size_t>> out;
+                for (std::string_view field : fields)
+                    out.emplace_back(field.data() - data.data(), field.size());
+                return out;
+            };
+            ASSERT_EQ(bounds(split), bounds(scanned)) << testing::PrintToString(data);
+        }
+        EXPECT_FALSE(plain.ReadRecord(again, flags, ",", nullptr));
+    }
+}
+
 } // namespace
 } // namespace quirnel
