@@ -7,7 +7,7 @@
 #include "ostrand/codepage/code_page.h"
 #include "ostrand/core/user_interface.h"
 
-#include <deque>
+#include <vector>
 
 namespace quirnel {
 
@@ -61,31 +61,48 @@ public:
 
     bool Lossy() const { return m_lossy; }
 
-    /// The bytes of a UTF-16 text; the view stays valid until Reset().
-    std::string_view Encode(std::u16string_view text)
+    /// Converts one more text of the current record.
+    void Add(std::u16string_view text)
     {
-        std::string& out = m_pieces.emplace_back();
         if (m_codePage == ost::kCodePageUtf8) {
-            m_converter.FromUtf16(text, out, '?');
-            return out;
+            m_converter.FromUtf16(text, m_piece, '?');
+        } else {
+            // Converted first with a byte that never appears in text, so that a loss shows in
+            // the result; then again with the question mark the user will see.
+            m_converter.FromUtf16(text, m_piece, '\x08');
+            if (m_piece.find('\x08') != std::string::npos) {
+                m_lossy = true;
+                m_converter.FromUtf16(text, m_piece, '?');
+            }
         }
-        // Converted first with a byte that never appears in text, so that a loss shows in the
-        // result; then again with the question mark the user will see.
-        m_converter.FromUtf16(text, out, '\x08');
-        if (out.find('\x08') != std::string::npos) {
-            m_lossy = true;
-            m_converter.FromUtf16(text, out, '?');
-        }
-        return out;
+        m_bytes += m_piece;
+        m_ends.push_back(m_bytes.size());
     }
 
-    void Reset() { m_pieces.clear(); }
+    /// The converted texts of the record, in order; valid until the next Add.
+    void Fields(std::vector<std::string_view>& fields) const
+    {
+        fields.clear();
+        std::size_t start = 0;
+        for (std::size_t end : m_ends) {
+            fields.emplace_back(m_bytes.data() + start, end - start);
+            start = end;
+        }
+    }
+
+    void NextRecord()
+    {
+        m_bytes.clear();
+        m_ends.clear();
+    }
 
 private:
     std::uint32_t m_codePage;
     ost::CodePageConverter m_converter;
-    /// A deque keeps earlier pieces in place while later ones are added.
-    std::deque<std::string> m_pieces;
+    /// One record's converted texts back to back; reused, so saving allocates little.
+    std::string m_bytes;
+    std::vector<std::size_t> m_ends;
+    std::string m_piece;
     bool m_lossy = false;
 };
 
@@ -128,14 +145,18 @@ bool SaveCsvFile(TableDocument& document, const std::string& path, const std::st
     std::vector<std::string_view> fields;
     fields.reserve(static_cast<std::size_t>(columns));
     if (!format.noColumnNames && columns > 1) {
-        std::vector<std::string> names;
+        fields.clear();
         for (int column = 1; column < columns; ++column) {
             const TableColumn& c = table.Column(column);
-            names.push_back(c.wide ? std::string(encoder.Encode(c.headerTextWide)) : c.headerText);
+            if (unicode)
+                encoder.Add(c.wide ? std::u16string_view(c.headerTextWide) : std::u16string_view());
+            else
+                fields.push_back(c.headerText);
         }
-        fields.assign(names.begin(), names.end());
+        if (unicode)
+            encoder.Fields(fields);
         ok = WriteRecord(sink, flags, fields, separator, newline) && ok;
-        encoder.Reset();
+        encoder.NextRecord();
     }
     // Rows go out in the order the table shows them.
     const int rows = table.RowCount();
@@ -144,12 +165,14 @@ bool SaveCsvFile(TableDocument& document, const std::string& path, const std::st
         fields.clear();
         for (int column = 1; column < columns; ++column) {
             if (unicode)
-                fields.push_back(encoder.Encode(table.CellText16(row, column)));
+                encoder.Add(table.CellText16(row, column));
             else
                 fields.push_back(table.CellText8(row, column));
         }
+        if (unicode)
+            encoder.Fields(fields);
         ok = WriteRecord(sink, flags, fields, separator, newline) && ok;
-        encoder.Reset();
+        encoder.NextRecord();
     }
     ok = sink.Flush() && ok;
     ok = files.Close(handle, error) && ok;
