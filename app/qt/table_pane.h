@@ -1,0 +1,46 @@
+#pragma once
+// The "Table" pane: the grid widget over the document's TableControl, with the few calls the
+// main window needs (refresh around loads, commit an edit in progress, follow the focus cell).
+
+#include <QWidget>
+
+class QAbstractItemView;
+
+namespace quirnel {
+
+class TableControl;
+
+class TablePane : public QWidget
+{
+    Q_OBJECT
+
+public:
+    TablePane(TableControl& table, QWidget* parent = nullptr);
+    ~TablePane() override;
+
+    /// Around a change of the whole table (load, close, new file).
+    void BeginReset();
+    void EndReset();
+    /// Cells or widths changed.
+    void Refresh();
+    /// Puts an edit in progress into the table.
+    void CommitEdit();
+    /// Scrolls to and selects the control's focus cell.
+    void ShowFocusCell();
+    /// The in-place editor while one is open, else nullptr.
+    QWidget* EditorWidget() const;
+    QAbstractItemView* View() const;
+    /// Changes a cell as an in-place edit does (the text is what the user typed).
+    bool EditCell(int viewRow, int column, const QString& text);
+
+signals:
+    void CurrentCellChanged();
+    /// The user changed a cell's text.
+    void CellEdited(int row, int column);
+
+private:
+    struct Impl;
+    Impl* m_impl;
+};
+
+} // namespace quirnel
