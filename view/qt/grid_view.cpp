@@ -1,0 +1,314 @@
+#include "view/qt/grid_view.h"
+
+#include "view/qt/grid_model.h"
+
+#include <QActionGroup>
+#include <QFontMetrics>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QMouseEvent>
+#include <QScrollBar>
+
+namespace quirnel {
+
+namespace {
+
+// Header texts measured in the view's current font; the padding is what the header style
+// draws around its text.
+class FontMeasurer : public TextMeasurer
+{
+public:
+    explicit FontMeasurer(GridView& view) : m_view(view) {}
+
+    int TextWidth(std::string_view systemText) override
+    {
+        return Metrics().horizontalAdvance(m_view.Model()->FromSystem(systemText));
+    }
+    int TextWidthWide(std::u16string_view text) override
+    {
+        return Metrics().horizontalAdvance(
+            QString::fromUtf16(text.data(), static_cast<qsizetype>(text.size())));
+    }
+    int CellPadding() override { return 12; }
+    int AverageCharWidth() override { return Metrics().averageCharWidth(); }
+
+private:
+    QFontMetrics Metrics() const { return QFontMetrics(m_view.font()); }
+    GridView& m_view;
+};
+
+} // namespace
+
+GridView::GridView(TableControl& table, QWidget* parent)
+    : QTableView(parent), m_table(table), m_model(new GridModel(table, this))
+{
+    setModel(m_model);
+    m_measurer = std::make_unique<FontMeasurer>(*this);
+    m_table.SetTextMeasurer(m_measurer.get());
+    m_table.AddObserver(this);
+    verticalHeader()->hide();
+    // Rows are drawn at one fixed height so that a million of them need no measuring.
+    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    horizontalHeader()->setSectionsClickable(true);
+    horizontalHeader()->setSortIndicatorShown(false);
+    horizontalHeader()->setContextMenuPolicy(Qt::CustomContextMenu);
+    horizontalHeader()->setHighlightSections(false);
+    setContextMenuPolicy(Qt::CustomContextMenu);
+    setSelectionMode(QAbstractItemView::SingleSelection);
+    setSelectionBehavior(QAbstractItemView::SelectItems);
+    setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed |
+                    QAbstractItemView::AnyKeyPressed);
+    setWordWrap(false);
+    connect(horizontalHeader(), &QHeaderView::customContextMenuRequested, this,
+            &GridView::ShowHeaderMenu);
+    connect(this, &QWidget::customContextMenuRequested, this, &GridView::ShowCellMenu);
+    connect(horizontalHeader(), &QHeaderView::sectionResized, this,
+            [this](int column, int, int size) {
+                if (!m_applying && column >= 0 && column < m_table.ColumnCount() && size > 0)
+                    m_table.MutableColumn(column).width = size;
+            });
+    connect(horizontalHeader(), &QHeaderView::sectionClicked, this, [this](int column) {
+        // A click sorts ascending, a second click on the sort column turns the direction.
+        bool ascending = !(column == m_table.SortColumn() && m_table.SortAscending());
+        m_table.SetSort(column, ascending, true);
+    });
+    connect(m_model, &GridModel::cellEdited, this, &GridView::cellEdited);
+    SetFontSize(GridFontSize::Normal);
+    ApplyColumns();
+}
+
+GridView::~GridView()
+{
+    m_table.RemoveObserver(this);
+    m_table.SetTextMeasurer(nullptr);
+}
+
+int GridView::PointSize(GridFontSize size)
+{
+    switch (size) {
+    case GridFontSize::Tiny:
+        return 7;
+    case GridFontSize::Small:
+        return 8;
+    case GridFontSize::Normal:
+        return 10;
+    case GridFontSize::Big:
+        return 12;
+    case GridFontSize::Large:
+        return 14;
+    case GridFontSize::Huge:
+        return 18;
+    }
+    return 10;
+}
+
+void GridView::SetFontSize(GridFontSize size)
+{
+    m_fontSize = size;
+    QFont f = font();
+    f.setPointSize(PointSize(size));
+    setFont(f);
+    horizontalHeader()->setFont(f);
+    verticalHeader()->setDefaultSectionSize(QFontMetrics(f).height() + 6);
+    viewport()->update();
+}
+
+void GridView::SetIndexColumnHidden(bool hidden)
+{
+    m_indexHidden = hidden;
+    ApplyColumns();
+}
+
+void GridView::ApplyColumns()
+{
+    m_applying = true;
+    QHeaderView* header = horizontalHeader();
+    for (int c = 0; c < m_table.ColumnCount(); ++c) {
+        const TableColumn& column = m_table.Column(c);
+        setColumnHidden(c, column.hidden || (c == 0 && m_indexHidden));
+        if (header->sectionSize(c) != column.width && column.width > 0)
+            setColumnWidth(c, column.width);
+    }
+    const int sort = m_table.SortColumn();
+    header->setSortIndicatorShown(sort >= 0);
+    if (sort >= 0)
+        header->setSortIndicator(sort, m_table.SortAscending() ? Qt::AscendingOrder
+                                                               : Qt::DescendingOrder);
+    setShowGrid(m_table.EffectiveGrid());
+    setTabKeyNavigation(m_table.TabThru());
+    m_applying = false;
+}
+
+void GridView::OnTableReset()
+{
+    ApplyColumns();
+    const int first = m_table.Geometry().firstVisiblePosition;
+    if (first > 0 && first < m_model->rowCount())
+        verticalScrollBar()->setValue(first);
+    UpdateGeometry();
+}
+
+void GridView::OnTableRepaint()
+{
+    ApplyColumns();
+    viewport()->update();
+}
+
+void GridView::UpdateGeometry()
+{
+    ViewGeometry geometry = m_table.Geometry();
+    geometry.clientWidth = viewport()->width();
+    const int rowHeight = std::max(1, verticalHeader()->defaultSectionSize());
+    const int first = std::max(0, rowAt(0));
+    const int height = viewport()->height();
+    const int visibleRows = m_model->rowCount() - first;
+    geometry.firstVisiblePosition = first;
+    geometry.completelyVisibleRows = std::max(0, std::min(height / rowHeight, visibleRows));
+    geometry.partiallyVisibleRows =
+        (height % rowHeight != 0 && geometry.completelyVisibleRows < visibleRows) ? 1 : 0;
+    m_table.SetGeometry(geometry);
+}
+
+void GridView::resizeEvent(QResizeEvent* event)
+{
+    QTableView::resizeEvent(event);
+    UpdateGeometry();
+}
+
+void GridView::scrollContentsBy(int dx, int dy)
+{
+    QTableView::scrollContentsBy(dx, dy);
+    UpdateGeometry();
+}
+
+void GridView::currentChanged(const QModelIndex& current, const QModelIndex& previous)
+{
+    QTableView::currentChanged(current, previous);
+    if (current.isValid())
+        m_table.SetFocusCell(m_model->RowOfViewRow(current.row()), current.column());
+    else
+        m_table.SetFocusCell(-1, -1);
+}
+
+void GridView::ShowFocusCell()
+{
+    const int viewRow = m_table.ViewIndexOfRow(m_table.FocusRow());
+    const int column = m_table.FocusColumn();
+    if (viewRow < 0 || column < 0) {
+        setCurrentIndex(QModelIndex());
+        return;
+    }
+    QModelIndex index = m_model->index(viewRow, column);
+    setCurrentIndex(index);
+    scrollTo(index);
+}
+
+void GridView::mousePressEvent(QMouseEvent* event)
+{
+    const QModelIndex index = indexAt(event->position().toPoint());
+    if (index.isValid() && index.column() == 0 && (event->modifiers() & Qt::ControlModifier) &&
+        event->button() == Qt::LeftButton) {
+        const int row = m_model->RowOfViewRow(index.row());
+        m_table.SetRowSelected(row, !m_table.IsRowSelected(row));
+        viewport()->update();
+        event->accept();
+        return;
+    }
+    QTableView::mousePressEvent(event);
+}
+
+void GridView::keyPressEvent(QKeyEvent* event)
+{
+    const bool editing = state() == QAbstractItemView::EditingState;
+    if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) && !editing) {
+        // Enter on a cell starts editing it, as F2 does.
+        QModelIndex index = currentIndex();
+        if (index.isValid() && (m_model->flags(index) & Qt::ItemIsEditable)) {
+            edit(index);
+            event->accept();
+            return;
+        }
+    }
+    if ((event->key() == Qt::Key_Tab || event->key() == Qt::Key_Backtab) && !m_table.TabThru()) {
+        // Without "Tab through cells" Tab leaves the grid for the next control.
+        focusNextPrevChild(event->key() == Qt::Key_Tab);
+        event->accept();
+        return;
+    }
+    QTableView::keyPressEvent(event);
+}
+
+void GridView::AddEntries(QMenu* menu, const std::vector<MenuEntry>& entries, int row, int column)
+{
+    QActionGroup* group = nullptr;
+    for (const MenuEntry& entry : entries) {
+        QString text = QString::fromStdString(entry.text);
+        if (!entry.submenu.empty()) {
+            AddEntries(menu->addMenu(text), entry.submenu, row, column);
+            group = nullptr;
+            continue;
+        }
+        QAction* action = menu->addAction(text);
+        action->setEnabled(entry.enabled);
+        if (entry.mark != MenuMark::None) {
+            action->setCheckable(true);
+            action->setChecked(entry.checked);
+        }
+        if (entry.mark == MenuMark::Radio) {
+            if (!group)
+                group = new QActionGroup(menu);
+            group->addAction(action);
+        } else {
+            group = nullptr;
+        }
+        const int command = entry.command;
+        const int argument = entry.argument;
+        connect(action, &QAction::triggered, this, [this, command, argument, row, column] {
+            RunCommand(command, argument, row, column);
+        });
+    }
+}
+
+QMenu* GridView::BuildHeaderMenu(int column, QWidget* parent)
+{
+    auto* menu = new QMenu(parent);
+    AddEntries(menu, m_table.HeaderMenu(column), -1, column);
+    return menu;
+}
+
+QMenu* GridView::BuildCellMenu(int viewRow, int column, QWidget* parent)
+{
+    auto* menu = new QMenu(parent);
+    const int row = m_model->RowOfViewRow(viewRow);
+    AddEntries(menu, m_table.CellMenu(row, column), row, column);
+    return menu;
+}
+
+void GridView::RunCommand(int command, int argument, int row, int column)
+{
+    if (m_table.HandleCommand(command, argument, column)) {
+        ApplyColumns();
+        viewport()->update();
+        return;
+    }
+    emit gridCommand(command, argument, row, column);
+}
+
+void GridView::ShowHeaderMenu(const QPoint& position)
+{
+    const int column = horizontalHeader()->logicalIndexAt(position);
+    std::unique_ptr<QMenu> menu(BuildHeaderMenu(column, this));
+    if (!menu->isEmpty())
+        menu->exec(horizontalHeader()->mapToGlobal(position));
+}
+
+void GridView::ShowCellMenu(const QPoint& position)
+{
+    const QModelIndex index = indexAt(position);
+    std::unique_ptr<QMenu> menu(BuildCellMenu(index.isValid() ? index.row() : -1,
+                                              index.isValid() ? index.column() : -1, this));
+    menu->exec(viewport()->mapToGlobal(position));
+}
+
+} // namespace quirnel
