@@ -3,6 +3,7 @@
 #include "ostrand/core/fatal.h"
 #include "ostrand/core/string.h"
 #include "view/table_storage.h"
+#include "view/value_readers.h"
 
 #include <algorithm>
 #include <numeric>
@@ -97,6 +98,7 @@ std::basic_string<Char> TrimText(std::basic_string_view<Char> text, int mask)
 TableControl::TableControl() : m_store(std::make_unique<Storage>())
 {
     m_columns.push_back(IndexColumn());
+    m_dayFirst = SystemDateIsDayFirst();
 }
 
 TableControl::~TableControl() = default;

@@ -400,7 +400,7 @@ public:
     void Sort();
     /// "Don't sort rows".
     void Unsort();
-    /// Dates are read day-first when true (the regional order), month-first otherwise.
+    /// Dates are read day-first when true, month-first otherwise; the regional order at first.
     void SetDayFirst(bool dayFirst) { m_dayFirst = dayFirst; }
     bool DayFirst() const { return m_dayFirst; }
 

@@ -143,8 +143,9 @@ void GridView::ApplyColumns()
 void GridView::OnTableReset()
 {
     ApplyColumns();
+    // The control may have moved the first line (a sort keeps the focus row in view).
     const int first = m_table.Geometry().firstVisiblePosition;
-    if (first > 0 && first < m_model->rowCount())
+    if (first >= 0 && first < std::max(1, m_model->rowCount()))
         verticalScrollBar()->setValue(first);
     UpdateGeometry();
 }
