@@ -282,6 +282,17 @@ std::uint64_t TextPrefix(const TextRef& text, bool foldCase, bool wideUnits, std
         }
         return key;
     }
+    if (text.wide && wideUnits && from + units <= text.length) {
+        const char16_t* chars = static_cast<const char16_t*>(text.data) + from;
+        for (std::size_t i = 0; i < 4; ++i) {
+            std::uint32_t unit = chars[i];
+            *nul |= unit == 0;
+            if (foldCase)
+                unit = unit < 0x80 ? (unit - 'A' < 26u ? unit + 32 : unit) : Fold(unit, true);
+            key = (key << 16) | unit;
+        }
+        return key;
+    }
     for (std::size_t i = from; i < from + units; ++i) {
         std::uint32_t unit = 0;
         if (i < text.length) {
@@ -296,29 +307,27 @@ std::uint64_t TextPrefix(const TextRef& text, bool foldCase, bool wideUnits, std
 }
 
 // The secondary text's first units as compared: padded with "0"s to 24 for the numeric
-// methods, folded for method 0. Only 8-bit texts without NUL characters are keyed; others
-// always take the full comparison.
+// methods, folded for method 0, one byte each. Texts with NUL characters or wider units in
+// that stretch are not keyed and always take the full comparison.
 void KeySecondary(SortKey& key, bool foldCase, bool padded, bool keepBlank)
 {
     const TextRef& text = key.secondary;
-    if (text.wide)
-        return;
-    const auto* bytes = static_cast<const unsigned char*>(text.data);
     std::size_t pad = 0;
     if (padded && !(keepBlank && text.length == 0) && text.length < kPaddedWidth)
         pad = kPaddedWidth - text.length;
     const std::size_t total = text.length + pad;
     const std::size_t words = padded ? 3 : 1;
     for (std::size_t i = 0; i < total && i < words * 8; ++i) {
-        unsigned unit = i < pad ? '0' : bytes[i - pad];
-        if (unit == 0)
+        std::uint32_t unit = i < pad ? '0' : text.Unit(i - pad);
+        if (foldCase)
+            unit = Fold(unit, text.wide);
+        // Units beyond one byte cannot be packed here; such texts take the full comparison.
+        if (unit == 0 || unit > 0xFF)
             return;
-        if (foldCase && unit - 'A' < 26u)
-            unit += 32;
         key.secondaryWords[i / 8] |= static_cast<std::uint64_t>(unit) << (56 - 8 * (i % 8));
     }
     for (std::size_t i = words * 8; i < text.length; ++i)
-        if (bytes[i] == 0)
+        if (text.Unit(i) == 0)
             return;
     key.secondaryKeyed = true;
     key.secondaryExact = total <= words * 8;

@@ -152,17 +152,15 @@ void TextPool::Reserve16(std::size_t units)
     std::uint32_t current = m_arena16;
     if (current != 0 && m_chunks[current].capacity - m_chunks[current].used >= units)
         return;
-    m_arena16 = 0;
-    std::size_t saved = m_arenaTotal;
-    // A block of exactly the asked size: the caller knows the total.
-    m_arenaTotal = 0;
+    // A block of exactly the asked size, since the caller knows the total; offsets past
+    // 32 bits cannot be packed, so a larger total continues in further blocks.
     std::uint32_t id = NewChunk();
     Chunk& chunk = m_chunks[id];
     chunk.wide = true;
-    chunk.capacity = std::max<std::size_t>(units, 1);
+    chunk.capacity = std::clamp<std::size_t>(units, 1, kOffsetMask);
     chunk.units.reset(new char16_t[chunk.capacity]);
     m_bases[id] = chunk.units.get();
-    m_arenaTotal = saved + chunk.capacity * 2;
+    m_arenaTotal += chunk.capacity * 2;
     m_arena16 = id;
 }
 

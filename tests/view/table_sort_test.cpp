@@ -338,6 +338,7 @@ struct ModelCase
     const char* name;
     int method;
     int secondaryMethod; ///< -1: no previous sort column
+    bool wide = false;
 };
 
 class TableSortModel : public testing::TestWithParam<ModelCase>
@@ -372,8 +373,13 @@ TEST_P(TableSortModel, MatchesTheRules)
     for (int r = 0; r < rows; ++r) {
         primary[r] = randomText();
         secondary[r] = randomText();
-        table.SetCellText8(r, 1, primary[r]);
-        table.SetCellText8(r, 2, secondary[r]);
+        if (c.wide) {
+            table.SetCellText16(r, 1, std::u16string(primary[r].begin(), primary[r].end()));
+            table.SetCellText16(r, 2, std::u16string(secondary[r].begin(), secondary[r].end()));
+        } else {
+            table.SetCellText8(r, 1, primary[r]);
+            table.SetCellText8(r, 2, secondary[r]);
+        }
     }
     table.SetColumnSortMethod(1, c.method);
     if (c.secondaryMethod >= 0) {
@@ -428,7 +434,9 @@ INSTANTIATE_TEST_SUITE_P(
                     ModelCase{"NoCaseThenText", kSortTextNoCase, kSortTextNoCase},
                     ModelCase{"CaseThenText", kSortTextCase, kSortTextCase},
                     ModelCase{"NoCaseThenPadded", kSortTextNoCase, kSortNumeric},
-                    ModelCase{"CaseThenPaddedBlank", kSortTextCase, kSortNumericLow}),
+                    ModelCase{"CaseThenPaddedBlank", kSortTextCase, kSortNumericLow},
+                    ModelCase{"WideNoCaseThenPadded", kSortTextNoCase, kSortNumeric, true},
+                    ModelCase{"WideCaseThenText", kSortTextCase, kSortTextCase, true}),
     [](const testing::TestParamInfo<ModelCase>& param) { return std::string(param.param.name); });
 
 TEST(TableSort, TextsWithZeroCharactersStillSortByFullComparison)
