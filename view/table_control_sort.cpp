@@ -119,11 +119,12 @@ enum class SecondaryKind
     Bytes        ///< method 5: "%024.0f"
 };
 
-struct SortKey
+// One per row for the duration of a sort: the keys are built once, then records are ordered.
+struct TableControlSortObject
 {
-    TextRef primary;
-    double number = 0;
-    TextRef secondary;
+    TextRef primaryText;
+    double primaryNumber = 0;
+    TextRef secondaryText;
     /// The date as yymmddHHiiss (sorts as its text does), or the byte count.
     double secondaryNumber = 0;
     /// The first units of the secondary text as it is compared (folded, padded), packed so
@@ -171,15 +172,15 @@ struct Comparator
     bool foldCase = false;
     SecondaryKind secondaryKind = SecondaryKind::Index;
 
-    int Secondary(const SortKey& a, const SortKey& b) const
+    int Secondary(const TableControlSortObject& a, const TableControlSortObject& b) const
     {
         if (a.secondaryBlank || b.secondaryBlank) {
             if (a.secondaryBlank && b.secondaryBlank)
                 return 0;
-            const SortKey& other = a.secondaryBlank ? b : a;
+            const TableControlSortObject& other = a.secondaryBlank ? b : a;
             bool otherEmpty = (secondaryKind == SecondaryKind::Text ||
                                secondaryKind == SecondaryKind::PaddedBlank) &&
-                              other.secondary.length == 0;
+                              other.secondaryText.length == 0;
             if (otherEmpty)
                 return 0;
             return a.secondaryBlank ? -1 : 1;
@@ -195,7 +196,7 @@ struct Comparator
         case SecondaryKind::Index:
             return CompareIndexText(a.row, b.row);
         case SecondaryKind::Text:
-            return CompareText(a.secondary, b.secondary, foldCase);
+            return CompareText(a.secondaryText, b.secondaryText, foldCase);
         case SecondaryKind::Padded:
         case SecondaryKind::PaddedBlank: {
             bool keepBlank = secondaryKind == SecondaryKind::PaddedBlank;
@@ -204,10 +205,10 @@ struct Comparator
                     return 0;
                 return kPaddedWidth - t.length;
             };
-            return foldCase ? CompareUnits<true>(a.secondary, pad(a.secondary), b.secondary,
-                                                 pad(b.secondary))
-                            : CompareUnits<false>(a.secondary, pad(a.secondary), b.secondary,
-                                                  pad(b.secondary));
+            return foldCase ? CompareUnits<true>(a.secondaryText, pad(a.secondaryText),
+                                                 b.secondaryText, pad(b.secondaryText))
+                            : CompareUnits<false>(a.secondaryText, pad(a.secondaryText),
+                                                  b.secondaryText, pad(b.secondaryText));
         }
         case SecondaryKind::Date:
             return a.secondaryNumber < b.secondaryNumber
@@ -220,7 +221,7 @@ struct Comparator
     }
 
     /// For records whose primary keys are equal.
-    int Tie(const SortKey& a, const SortKey& b) const
+    int Tie(const TableControlSortObject& a, const TableControlSortObject& b) const
     {
         int c = Secondary(a, b);
         if (c != 0)
@@ -230,13 +231,14 @@ struct Comparator
 
     /// Negative when a sorts first. The row (the record's place when the keys were built)
     /// breaks every remaining tie, so no two records compare equal.
-    int Compare(const SortKey& a, const SortKey& b) const
+    int Compare(const TableControlSortObject& a, const TableControlSortObject& b) const
     {
         int c;
         if (textPrimary)
-            c = CompareText(a.primary, b.primary, foldCase);
+            c = CompareText(a.primaryText, b.primaryText, foldCase);
         else
-            c = a.number < b.number ? -1 : (a.number > b.number ? 1 : 0);
+            c = a.primaryNumber < b.primaryNumber ? -1
+                                                  : (a.primaryNumber > b.primaryNumber ? 1 : 0);
         if (c != 0)
             return c;
         c = Secondary(a, b);
@@ -309,9 +311,9 @@ std::uint64_t TextPrefix(const TextRef& text, bool foldCase, bool wideUnits, std
 // The secondary text's first units as compared: padded with "0"s to 24 for the numeric
 // methods, folded for method 0, one byte each. Texts with NUL characters or wider units in
 // that stretch are not keyed and always take the full comparison.
-void KeySecondary(SortKey& key, bool foldCase, bool padded, bool keepBlank)
+void KeySecondary(TableControlSortObject& key, bool foldCase, bool padded, bool keepBlank)
 {
-    const TextRef& text = key.secondary;
+    const TextRef& text = key.secondaryText;
     std::size_t pad = 0;
     if (padded && !(keepBlank && text.length == 0) && text.length < kPaddedWidth)
         pad = kPaddedWidth - text.length;
@@ -421,45 +423,45 @@ void TableControl::SortRows()
     };
 
     const std::size_t count = static_cast<std::size_t>(m_rowCount);
-    std::vector<SortKey> keys(count);
+    std::vector<TableControlSortObject> keys(count);
     bool anyWide = false;
     for (std::size_t r = 0; r < count; ++r) {
-        SortKey& key = keys[r];
+        TableControlSortObject& key = keys[r];
         const int row = static_cast<int>(r);
         key.row = row;
         if (s.flags[r] & kRowHidden) {
-            key.primary = TextRef{kTilde, 1, false};
-            key.number = kHiddenNumber;
+            key.primaryText = TextRef{kTilde, 1, false};
+            key.primaryNumber = kHiddenNumber;
             key.secondaryBlank = true;
             continue;
         }
         if (column.kind == kColumnChoice && (m == kSortNumeric || m == kSortNumericLow)) {
             std::int32_t value = CellValue(row, c);
             if (value == kEmptyChoice)
-                key.number = m == kSortNumeric ? 0.0 : -2147483648.0;
+                key.primaryNumber = m == kSortNumeric ? 0.0 : -2147483648.0;
             else
-                key.number = value;
+                key.primaryNumber = value;
         } else if (m == kSortStoredValue) {
-            key.number = CellValue(row, c);
+            key.primaryNumber = CellValue(row, c);
         } else {
             TextRef text = cellText(row, c);
             switch (m) {
             case kSortNumeric:
-                key.number = readNumber(text);
+                key.primaryNumber = readNumber(text);
                 break;
             case kSortNumericLow:
-                key.number = text.length == 0 ? kBlankLow : readNumber(text);
+                key.primaryNumber = text.length == 0 ? kBlankLow : readNumber(text);
                 break;
             case kSortDateTime: {
                 std::optional<DateTime> date = readDate(text);
-                key.number = date ? static_cast<double>(date->Serial()) : 0.0;
+                key.primaryNumber = date ? static_cast<double>(date->Serial()) : 0.0;
                 break;
             }
             case kSortMemory:
-                key.number = readMemory(text);
+                key.primaryNumber = readMemory(text);
                 break;
             default:
-                key.primary = text;
+                key.primaryText = text;
                 anyWide = anyWide || text.wide;
                 break;
             }
@@ -472,7 +474,7 @@ void TableControl::SortRows()
         case SecondaryKind::Text:
         case SecondaryKind::Padded:
         case SecondaryKind::PaddedBlank:
-            key.secondary = cellText(row, sc);
+            key.secondaryText = cellText(row, sc);
             KeySecondary(key, comparator.foldCase, comparator.secondaryKind != SecondaryKind::Text,
                          comparator.secondaryKind == SecondaryKind::PaddedBlank);
             break;
@@ -498,8 +500,8 @@ void TableControl::SortRows()
     for (std::size_t r = 0; r < count; ++r) {
         fast[r].index = static_cast<std::uint32_t>(r);
         fast[r].key = comparator.textPrimary
-                          ? TextPrefix(keys[r].primary, comparator.foldCase, wideUnits, 0, &nul)
-                          : NumberKey(keys[r].number);
+                          ? TextPrefix(keys[r].primaryText, comparator.foldCase, wideUnits, 0, &nul)
+                          : NumberKey(keys[r].primaryNumber);
     }
     // First by the fast key alone (then storage index), which touches only this small array.
     // Where fast keys tie, each run is ordered further: texts by their next units, window by
@@ -556,7 +558,7 @@ void TableControl::SortRows()
         const std::size_t from = run.window * windowUnits;
         bool exhausted = true;
         for (auto it = first; it != last; ++it) {
-            const TextRef& text = keys[it->index].primary;
+            const TextRef& text = keys[it->index].primaryText;
             exhausted = exhausted && text.length <= from;
             it->key = TextPrefix(text, comparator.foldCase, wideUnits, from, &nul);
         }
