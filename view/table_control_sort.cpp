@@ -122,6 +122,7 @@ enum class SecondaryKind
 // One per row for the duration of a sort: the keys are built once, then records are ordered.
 struct TableControlSortObject
 {
+    std::int32_t row = 0; ///< storage index
     TextRef primaryText;
     double primaryNumber = 0;
     TextRef secondaryText;
@@ -135,7 +136,6 @@ struct TableControlSortObject
     bool secondaryExact = false;
     /// Nothing was filled in (hidden rows): the secondary key is the empty text.
     bool secondaryBlank = false;
-    std::int32_t row = 0;
 };
 
 // "%06d" compared as text: numerically while both have six digits.
