@@ -12,6 +12,8 @@
 #include "document/csv_loader.h"
 #include "document/csv_saver.h"
 #include "document/file_properties.h"
+#include "document/open_nonstandard_file.h"
+#include "document/qt/open_nonstandard_file_dialog.h"
 #include "ostrand/codepage/code_page.h"
 #include "ostrand/settings/settings_exchange.h"
 #include "ostrand/settings/settings_folder.h"
@@ -353,14 +355,14 @@ bool MainWindow::OpenPath(const std::string& path, char delimiter)
     return OpenWithFormat(format);
 }
 
-bool MainWindow::OpenWithFormat(FileFormat format)
+bool MainWindow::OpenWithFormat(FileFormat format, const std::string& title)
 {
     CommitCellEdit();
     if (!CheckOtherInstance(format.path))
         return false;
     StoreCurrentFileProperties();
     m_grid->BeginReset();
-    bool loaded = LoadCsvFile(m_document, format, "Open File");
+    bool loaded = LoadCsvFile(m_document, format, title);
     m_grid->EndReset();
     if (loaded)
         AfterLoad();
@@ -937,10 +939,13 @@ void MainWindow::OnOpenNonstandardFile()
         QStringLiteral("All files (*);;CSV files (*.csv *.txt *.tsv)"));
     if (chosen.isEmpty())
         return;
-    FileFormat format;
-    format.path = AbsolutePath(chosen.toStdString());
-    format.codePage = RememberedCodePage(m_history, format.path).value_or(ost::kCodePageSystem);
-    OpenWithFormat(format);
+    const std::string path = AbsolutePath(chosen.toStdString());
+    OpenNonstandardFileRequest request =
+        MakeNonstandardRequest(RememberedCodePage(m_history, path).value_or(ost::kCodePageSystem));
+    QtDocumentDialogs dialogs(this);
+    if (!dialogs.OpenNonstandardFile(request))
+        return;
+    OpenWithFormat(FormatFromRequest(request, path), "Open Nonstandard File");
 }
 
 void MainWindow::OnSaveFileAs()

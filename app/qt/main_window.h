@@ -74,7 +74,7 @@ public:
     /// False when nothing was opened (refused, failed, or switched to another instance).
     bool OpenPath(const std::string& path, char delimiter = 0);
     /// As OpenPath, with a format chosen by the caller (Open Nonstandard File).
-    bool OpenWithFormat(FileFormat format);
+    bool OpenWithFormat(FileFormat format, const std::string& title = "Open File");
     bool Save();
     bool SaveAs(const std::string& path);
     /// False when the user kept the document (Cancel, failed save).

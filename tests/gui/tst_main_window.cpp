@@ -1,0 +1,324 @@
+// The main window over real files in a temporary folder: open, edit, save, reopen with the
+// view restored; preferences through the settings file; File Properties conversions.
+
+#include "app/command_ids.h"
+#include "app/qt/main_window.h"
+#include "app/qt/table_pane.h"
+
+#include <QAbstractItemView>
+#include <QApplication>
+#include <QComboBox>
+#include <QDialog>
+#include <QDockWidget>
+#include <QFile>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMessageBox>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QSplitter>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+
+#include <functional>
+
+using namespace quirnel;
+
+namespace {
+
+/// Runs `act` on the next modal widget (dialog or message box) once it is shown.
+void OnNextModal(std::function<void(QWidget*)> act)
+{
+    auto* timer = new QTimer;
+    timer->setInterval(10);
+    auto tries = std::make_shared<int>(0);
+    QObject::connect(timer, &QTimer::timeout, [timer, act, tries] {
+        QWidget* modal = QApplication::activeModalWidget();
+        if (!modal && ++*tries < 500)
+            return;
+        timer->stop();
+        timer->deleteLater();
+        if (modal)
+            act(modal);
+    });
+    timer->start();
+}
+
+void WriteBytes(const QString& path, const QByteArray& bytes)
+{
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    file.write(bytes);
+}
+
+QByteArray ReadBytes(const QString& path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    return file.readAll();
+}
+
+QString CellText(MainWindow& window, int row, int column)
+{
+    return QString::fromStdU16String(window.Document().CellTextWide(row, column));
+}
+
+/// Chooses the entry with this value in the dialog's combo box named `name` and presses OK.
+void ChooseAndAccept(QWidget* dialog, const char* name, int value)
+{
+    auto* box = dialog->findChild<QComboBox*>(QString::fromUtf8(name));
+    QVERIFY(box);
+    int index = box->findData(value);
+    QVERIFY(index >= 0);
+    box->setCurrentIndex(index);
+    static_cast<QDialog*>(dialog)->accept();
+}
+
+} // namespace
+
+class TestMainWindow : public QObject
+{
+    Q_OBJECT
+
+private:
+    std::unique_ptr<QTemporaryDir> m_dir;
+
+    QString Path(const QString& name) const { return m_dir->path() + QStringLiteral("/") + name; }
+    std::unique_ptr<MainWindow> NewWindow()
+    {
+        MainWindowOptions options;
+        options.settingsFolder = Path(QStringLiteral("settings")).toStdString();
+        return std::make_unique<MainWindow>(options);
+    }
+
+private slots:
+    void init() { m_dir = std::make_unique<QTemporaryDir>(); }
+    void cleanup() { m_dir.reset(); }
+
+    void PanesAndToolbarControlsAreNamed()
+    {
+        auto window = NewWindow();
+        QVERIFY(window->IsFirstRun());
+        QCOMPARE(window->windowTitle(), QStringLiteral("Quirnel"));
+        QVERIFY(window->findChild<TablePane*>(QStringLiteral("Table")));
+        QVERIFY(window->findChild<QPlainTextEdit*>(QStringLiteral("Editor")));
+        QVERIFY(window->findChild<QSplitter*>(QStringLiteral("MultilineSplitter")));
+        QVERIFY(window->findChild<QDockWidget*>(QStringLiteral("Warnings")));
+        auto* go = window->findChild<QPushButton*>(QStringLiteral("Go"));
+        QVERIFY(go);
+        QCOMPARE(go->toolTip(), QStringLiteral("Go to the row where the warning occurs."));
+        QCOMPARE(window->findChild<QPushButton*>(QStringLiteral("Dismiss"))->toolTip(),
+                 QStringLiteral("Delete this warning."));
+        QCOMPARE(window->findChild<QPushButton*>(QStringLiteral("Hide"))->toolTip(),
+                 QStringLiteral("Hide the warnings list."));
+        auto* filter = window->findChild<QLineEdit*>(QStringLiteral("Filter Text"));
+        QVERIFY(filter);
+        QCOMPARE(filter->placeholderText(), QStringLiteral("Filter"));
+        // An id nobody handles is reported, not fatal.
+        window->OnCommand(12345);
+    }
+
+    void OpenEditSaveReopenRestoresView()
+    {
+        const QString file = Path(QStringLiteral("sales.csv"));
+        WriteBytes(file, "Name,Amount,Note\r\nb,10,x\r\na,9,y\r\nd,100,z\r\nc,-1,w\r\n");
+        {
+            auto window = NewWindow();
+            QVERIFY(window->OpenPath(file.toStdString()));
+            QCOMPARE(window->windowTitle(), QStringLiteral("sales.csv - Quirnel"));
+            QCOMPARE(window->Document().ColumnCount(), 4);
+            QVERIFY(window->Grid()->EditCell(0, 3, QStringLiteral("edited")));
+            QVERIFY(window->Document().Modified());
+            QCOMPARE(window->windowTitle(), QStringLiteral("sales.csv * - Quirnel"));
+
+            TableControl& table = window->Document().Table();
+            table.MutableColumn(3).width = 155;
+            table.SetColumnSortMethod(2, kSortNumeric);
+            table.SetColumnAlignment(2, Alignment::Right);
+            table.SetSort(2, false);
+            table.SetFocusCell(1, 3);
+            QVERIFY(window->Save());
+            QVERIFY(!window->Document().Modified());
+            QVERIFY(ReadBytes(file).contains("b,10,edited\r\n"));
+            window->close();
+        }
+        auto window = NewWindow();
+        QVERIFY(!window->IsFirstRun());
+        QVERIFY(window->OpenPath(file.toStdString()));
+        TableControl& table = window->Document().Table();
+        QCOMPARE(table.Column(3).width, 155);
+        QCOMPARE(table.Column(2).sortMethod, kSortNumeric);
+        QCOMPARE(table.ColumnAlignment(2), Alignment::Right);
+        QCOMPARE(table.SortColumn(), 2);
+        QVERIFY(!table.SortAscending());
+        QCOMPARE(table.FocusRow(), 1);
+        QCOMPARE(table.FocusColumn(), 3);
+        // The view shows the numeric descending order: 100, 10, 9, -1.
+        QAbstractItemModel* model = window->Grid()->View()->model();
+        QCOMPARE(model->index(0, 2).data().toString(), QStringLiteral("100"));
+        QCOMPARE(model->index(3, 2).data().toString(), QStringLiteral("-1"));
+        QCOMPARE(window->Grid()->View()->currentIndex().column(), 3);
+        bool found = false;
+        for (int row = 0; row < window->Document().RowCount(); ++row)
+            found = found || (CellText(*window, row, 1) == QStringLiteral("b") &&
+                              CellText(*window, row, 3) == QStringLiteral("edited"));
+        QVERIFY(found);
+    }
+
+    void PreferencesRoundTripThroughSettingsFile()
+    {
+        {
+            auto window = NewWindow();
+            OnNextModal([](QWidget* dialog) {
+                QCOMPARE(dialog->windowTitle(), QStringLiteral("Preferences"));
+                dialog->findChild<QLineEdit*>(QStringLiteral("Backup Levels"))
+                    ->setText(QStringLiteral("-5"));
+                dialog->findChild<QComboBox*>(QStringLiteral("Default Encoding"))
+                    ->setCurrentIndex(1);
+                dialog->findChild<QComboBox*>(QStringLiteral("Alternating Rows"))
+                    ->setCurrentIndex(1); // "Enabled"
+                static_cast<QDialog*>(dialog)->accept();
+            });
+            window->OnCommand(cmd::kPreferences);
+            QCOMPARE(window->Prefs().backupLevels, 0);
+            QCOMPARE(window->Document().Table().AltRows(), 1);
+            window->Prefs().noConfirmDeleteRow = true;
+            window->Frame().fullPath = true;
+            QVERIFY(window->SaveSettings());
+        }
+        QByteArray text = ReadBytes(Path(QStringLiteral("settings/quiredit.dat")));
+        QVERIFY(text.contains("DefaultEncdoing=i:1"));
+        QVERIFY(text.contains("BackupLevels=i:0"));
+
+        auto window = NewWindow();
+        QVERIFY(!window->IsFirstRun());
+        QCOMPARE(window->Prefs().backupLevels, 0);
+        QCOMPARE(window->Prefs().defaultEncoding, 1);
+        QVERIFY(window->Prefs().noConfirmDeleteRow);
+        QVERIFY(window->Frame().fullPath);
+        QCOMPARE(window->Document().Table().AltRows(), 1);
+
+        const QString file = Path(QStringLiteral("p.csv"));
+        WriteBytes(file, "A\r\n1\r\n");
+        QVERIFY(window->OpenPath(file.toStdString()));
+        QCOMPARE(window->windowTitle(), file + QStringLiteral(" - Quirnel"));
+    }
+
+    void FilePropertiesToUtf8ConvertsAndSaveWritesMark()
+    {
+        const QString file = Path(QStringLiteral("u.csv"));
+        WriteBytes(file, "Wort\r\nGr\xc3\xbc\xc3\x9f"
+                         "e\r\n");
+        auto window = NewWindow();
+        QVERIFY(window->OpenPath(file.toStdString()));
+        QCOMPARE(window->Document().TextMode(), 0);
+        OnNextModal([](QWidget* dialog) {
+            QCOMPARE(dialog->windowTitle(), QStringLiteral("File Properties"));
+            auto* box = dialog->findChild<QComboBox*>(QStringLiteral("Character Set"));
+            QCOMPARE(box->itemText(1), QStringLiteral("UTF-8 (Unicode)"));
+            ChooseAndAccept(dialog, "Character Set", 65001);
+        });
+        window->OnCommand(cmd::kFileProperties);
+        QCOMPARE(window->Document().TextMode(), 1);
+        QVERIFY(window->Document().Table().CellIsWide(0, 1));
+        QCOMPARE(CellText(*window, 0, 1), QStringLiteral("Gr\u00fc\u00dfe"));
+        QVERIFY(window->Document().Modified());
+        QVERIFY(window->Save());
+        QByteArray saved = ReadBytes(file);
+        QVERIFY(saved.startsWith("\xef\xbb\xbfWort\r\n"));
+        QVERIFY(saved.contains("Gr\xc3\xbc\xc3\x9f"
+                               "e"));
+    }
+
+    void CodePage1251FileReopensIn1251()
+    {
+        const QString file = Path(QStringLiteral("ru.csv"));
+        const QByteArray privet("\xcf\xf0\xe8\xe2\xe5\xf2");
+        WriteBytes(file, "Name\r\n" + privet + "\r\n");
+        const QString expected = QStringLiteral("\u041f\u0440\u0438\u0432\u0435\u0442");
+        {
+            auto window = NewWindow();
+            QVERIFY(window->OpenPath(file.toStdString()));
+            OnNextModal([](QWidget* dialog) { ChooseAndAccept(dialog, "Character Set", 1251); });
+            window->OnCommand(cmd::kFileProperties);
+            QCOMPARE(CellText(*window, 0, 1), expected);
+            QVERIFY(window->Save());
+            QCOMPARE(ReadBytes(file), "Name\r\n" + privet + "\r\n");
+            window->close();
+        }
+        auto window = NewWindow();
+        QVERIFY(window->OpenPath(file.toStdString()));
+        QCOMPARE(window->Document().Format().codePage, 1251u);
+        QCOMPARE(CellText(*window, 0, 1), expected);
+    }
+
+    void FilePropertiesWithoutFileIsRefused()
+    {
+        auto window = NewWindow();
+        QString shown;
+        OnNextModal([&shown](QWidget* box) {
+            shown = static_cast<QMessageBox*>(box)->text();
+            static_cast<QMessageBox*>(box)->accept();
+        });
+        window->OnCommand(cmd::kFileProperties);
+        QCOMPARE(shown,
+                 QStringLiteral(
+                     "You must first open the file that you wish to edit the properties for."));
+        QVERIFY(!window->Document().FileOpen());
+    }
+
+    void MultilineEditorCommitsIntoTheCell()
+    {
+        const QString file = Path(QStringLiteral("m.csv"));
+        WriteBytes(file, "A,B\r\n1,2\r\n");
+        auto window = NewWindow();
+        QVERIFY(window->OpenPath(file.toStdString()));
+        window->Document().Table().SetFocusCell(0, 2);
+        window->Grid()->ShowFocusCell();
+        window->OnCommand(cmd::kMultilineEditingMode);
+        QVERIFY(window->MultilineMode());
+        QVERIFY(!window->Editor()->isHidden());
+        QCOMPARE(window->Editor()->toPlainText(), QStringLiteral("2"));
+        window->Editor()->setPlainText(QStringLiteral("two\nlines"));
+        QVERIFY(window->Document().Modified());
+        QCOMPARE(CellText(*window, 0, 2), QStringLiteral("two\r\nlines"));
+        window->OnCommand(cmd::kMultilineEditingMode);
+        QVERIFY(window->Editor()->isHidden());
+    }
+
+    void NewFileSetsUpAnEmptyDocument()
+    {
+        auto window = NewWindow();
+        window->Prefs().newFileLaunchesCreateColumn = false;
+        window->Prefs().defaultEncoding = 1;
+        OnNextModal([](QWidget* dialog) {
+            QCOMPARE(dialog->windowTitle(), QStringLiteral("New File"));
+            QCOMPARE(dialog->findChild<QComboBox*>(QStringLiteral("Encoding"))->currentIndex(), 1);
+            ChooseAndAccept(dialog, "Separator", 59);
+        });
+        window->OnCommand(cmd::kNewFile);
+        QVERIFY(window->Document().FileOpen());
+        QCOMPARE(window->Document().TextMode(), 1);
+        QCOMPARE(window->Document().Format().codePage, 0u);
+        QCOMPARE(window->Document().Separator(), ';');
+        QVERIFY(!window->Document().Modified());
+    }
+
+    void LoadWarningsAreListed()
+    {
+        const QString file = Path(QStringLiteral("w.csv"));
+        WriteBytes(file, "A,B\r\n1,2,3\r\n4,5\r\n");
+        auto window = NewWindow();
+        QVERIFY(window->OpenPath(file.toStdString()));
+        QVERIFY(!window->Document().Warnings().empty());
+        QCOMPARE(window->WarningsList()->count(),
+                 static_cast<int>(window->Document().Warnings().size()));
+        window->OnCommand(cmd::kWarningsVisible);
+        QVERIFY(!window->WarningsVisible());
+    }
+};
+
+QTEST_MAIN(TestMainWindow)
+#include "tst_main_window.moc"
