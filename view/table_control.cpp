@@ -146,8 +146,14 @@ void TableControl::Redraw()
 
 const TableColumn& TableControl::Column(int column) const
 {
+    // Queries never fail: a column that does not exist reads as an empty, unsortable one.
+    static const TableColumn kNoColumn = [] {
+        TableColumn none;
+        none.flags = COLUMN_NO_SORT | COLUMN_NO_EDIT | COLUMN_READ_ONLY | COLUMN_NO_SEARCH;
+        return none;
+    }();
     if (column < 0 || column >= ColumnCount())
-        ost::FatalError("TableControl::Column(%d)\r\ncolumn count = %d", column, ColumnCount());
+        return kNoColumn;
     return m_columns[static_cast<std::size_t>(column)];
 }
 
@@ -478,7 +484,7 @@ void TableControl::InsertRowsAt(int at, int count, int displayPosition)
 
 bool TableControl::InsertRows(int at, int count)
 {
-    if (at < 0 || at > m_rowCount || count <= 0)
+    if (at < 0 || at > m_rowCount || count <= 0 || count > INT32_MAX - m_rowCount)
         return false;
     InsertRowsAt(at, count, -1);
     NotifyReset();
@@ -910,6 +916,8 @@ std::int32_t TableControl::CellValue(int row, int column) const
 
 bool TableControl::SetCellValue(int row, int column, std::int32_t value)
 {
+    if (value == kEmptyChoice)
+        return StoreText(row, column, 0);
     return StoreText(row, column,
                      MakeRef(false, kValueChunk, static_cast<std::uint32_t>(value), 0));
 }

@@ -283,6 +283,7 @@ public:
     /// Column 0 is the index column "#", created with the control; it is never deleted or
     /// moved and holds no cells. Counts include it.
     int ColumnCount() const { return static_cast<int>(m_columns.size()); }
+    /// A column out of range reads as an empty one flagged unsortable and read-only.
     const TableColumn& Column(int column) const;
     /// For fields that carry no invariant of the control (name, flags, width, factor, ...).
     TableColumn& MutableColumn(int column);
@@ -386,6 +387,7 @@ public:
     /// at the end of every line, 8 runs of spaces to one. Characters removed, or -1.
     int TrimCell(int row, int column, int mask);
 
+    /// What the control holds in memory, by part (capacities, not sizes).
     TableMemoryUsage MemoryUsage() const;
 
     // ---- sorting ----

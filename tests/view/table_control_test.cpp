@@ -443,3 +443,41 @@ TEST(TableControl, MemoryStaysNearEightBytesPerCell)
 
 } // namespace
 } // namespace quirnel
+
+namespace quirnel {
+namespace {
+
+TEST(TableControl, OutOfRangeQueriesNeverFail)
+{
+    TableControl table;
+    Fill(table, {"a"}, {{"x"}});
+    EXPECT_TRUE(table.Column(9).headerText.empty());
+    EXPECT_TRUE(table.Column(-1).flags & COLUMN_NO_SORT);
+    EXPECT_EQ(table.RowAtDisplayPosition(4), -1);
+    EXPECT_EQ(table.DisplayPosition(-2), -1);
+    EXPECT_EQ(table.RowAtViewIndex(1), -1);
+    EXPECT_EQ(table.Row(3).id, -1);
+    EXPECT_FALSE(table.IsRowSelected(8));
+    EXPECT_EQ(table.ColumnNameUtf8(5), "");
+    EXPECT_FALSE(table.InsertRows(0, INT32_MAX));
+    table.SetFocusCell(5, 5);
+    EXPECT_EQ(table.FocusRow(), -1);
+    EXPECT_EQ(table.FocusColumn(), -1);
+}
+
+TEST(TableControl, EmptyChoiceValueIsAnEmptyCell)
+{
+    TableControl table;
+    TableColumn choice;
+    choice.kind = kColumnChoice;
+    table.AddColumn(choice);
+    table.SetRowCount(1);
+    table.SetCellValue(0, 1, 3);
+    EXPECT_FALSE(table.CellIsEmpty(0, 1));
+    table.SetCellValue(0, 1, kEmptyChoice);
+    EXPECT_TRUE(table.CellIsEmpty(0, 1));
+    EXPECT_EQ(table.CellValue(0, 1), kEmptyChoice);
+}
+
+} // namespace
+} // namespace quirnel
