@@ -188,6 +188,11 @@ void TestGridModel::currentIndexBecomesTheFocusCell()
     m_table->SetFocusCell(777, 1);
     m_view->ShowFocusCell();
     QCOMPARE(model->RowOfViewRow(m_view->currentIndex().row()), 777);
+    // Sorting again keeps the same record current, wherever it now shows.
+    m_table->SetSort(3, false);
+    QCOMPARE(m_table->FocusRow(), 777);
+    QCOMPARE(model->RowOfViewRow(m_view->currentIndex().row()), 777);
+    QCOMPARE(m_view->currentIndex().column(), 1);
 }
 
 void TestGridModel::ctrlClickInIndexColumnSelectsRows()

@@ -143,6 +143,13 @@ void GridView::ApplyColumns()
 void GridView::OnTableReset()
 {
     ApplyColumns();
+    // A reset forgets Qt's current index; the control's focus cell (a storage row) says
+    // where it now is.
+    const int viewRow = m_table.ViewIndexOfRow(m_table.FocusRow());
+    const int column = m_table.FocusColumn();
+    if (viewRow >= 0 && column >= 0)
+        selectionModel()->setCurrentIndex(m_model->index(viewRow, column),
+                                          QItemSelectionModel::NoUpdate);
     // The control may have moved the first line (a sort keeps the focus row in view).
     const int first = m_table.Geometry().firstVisiblePosition;
     if (first >= 0 && first < std::max(1, m_model->rowCount()))
