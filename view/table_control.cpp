@@ -990,6 +990,12 @@ void TableControl::SetGrid(int triState)
     NotifyRepaint();
 }
 
+void TableControl::SetTabThru(bool on)
+{
+    m_tabThru = on;
+    NotifyRepaint();
+}
+
 bool TableControl::EffectiveAltRows() const
 {
     if (m_altRows == 0)

@@ -414,7 +414,7 @@ public:
     bool EffectiveAltRows() const;
     bool EffectiveGrid() const;
     bool TabThru() const { return m_tabThru; }
-    void SetTabThru(bool on) { m_tabThru = on; }
+    void SetTabThru(bool on);
 
     // ---- widths ----
     void SetTextMeasurer(TextMeasurer* measurer) { m_measurer = measurer; }

@@ -52,6 +52,7 @@ private slots:
     void hiddenRowsLeaveTheViewWithoutRowHiding();
     void trailingRowIsTheLastLine();
     void editingWritesTheCell();
+    void enterConfirmsAndMovesDownTabFollowsTabThru();
     void currentIndexBecomesTheFocusCell();
     void ctrlClickInIndexColumnSelectsRows();
     void headerMenuCommandsSortAndAlign();
@@ -176,6 +177,26 @@ void TestGridModel::editingWritesTheCell()
     QVERIFY(m_table->CellText16(row, 3) == u"\u00e9t\u00e9");
     QVERIFY(!(model->flags(model->index(0, 0)) & Qt::ItemIsEditable));
     QVERIFY(!model->setData(model->index(0, 0), QString("7")));
+}
+
+void TestGridModel::enterConfirmsAndMovesDownTabFollowsTabThru()
+{
+    GridModel* model = m_view->Model();
+    m_view->setFocus();
+    m_view->setCurrentIndex(model->index(3, 2));
+    QTest::keyClick(m_view.get(), Qt::Key_Return);
+    QWidget* editor = QApplication::focusWidget();
+    QVERIFY(editor && editor != m_view.get());
+    QTest::keyClicks(editor, "kiwi");
+    QTest::keyClick(editor, Qt::Key_Return);
+    // The editor commits from the event loop.
+    QTRY_COMPARE(model->index(3, 2).data().toString(), QString("kiwi"));
+    QTRY_COMPARE(m_view->currentIndex(), model->index(4, 2));
+
+    m_table->SetTabThru(true);
+    QVERIFY(m_view->tabKeyNavigation());
+    m_table->SetTabThru(false);
+    QVERIFY(!m_view->tabKeyNavigation());
 }
 
 void TestGridModel::currentIndexBecomesTheFocusCell()

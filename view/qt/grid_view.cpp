@@ -247,6 +247,26 @@ void GridView::keyPressEvent(QKeyEvent* event)
     QTableView::keyPressEvent(event);
 }
 
+void GridView::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint)
+{
+    const bool tabbed = hint == QAbstractItemDelegate::EditNextItem ||
+                        hint == QAbstractItemDelegate::EditPreviousItem;
+    if (tabbed && !m_table.TabThru()) {
+        // The edit is kept; Tab then leaves the grid as it does outside the editor.
+        QTableView::closeEditor(editor, QAbstractItemDelegate::NoHint);
+        focusNextPrevChild(hint == QAbstractItemDelegate::EditNextItem);
+        return;
+    }
+    QTableView::closeEditor(editor, hint);
+    if (hint == QAbstractItemDelegate::SubmitModelCache) {
+        // Enter confirms the cell and moves down, as in a spreadsheet.
+        const QModelIndex current = currentIndex();
+        const QModelIndex below = m_model->index(current.row() + 1, current.column());
+        if (below.isValid())
+            setCurrentIndex(below);
+    }
+}
+
 void GridView::AddEntries(QMenu* menu, const std::vector<MenuEntry>& entries, int row, int column)
 {
     QActionGroup* group = nullptr;
