@@ -129,16 +129,6 @@ int GridTriStateFromStored(int stored)
     }
 }
 
-int FontPointSize(int step, int normalPoints)
-{
-    if (step < -2)
-        step = -2;
-    if (step > 3)
-        step = 3;
-    // Two points per step keeps "Tiny" readable and "Huge" inside a normal row height.
-    return normalPoints + 2 * step;
-}
-
 int ParseBackupLevels(std::string_view text)
 {
     while (!text.empty() && (text.front() == ' ' || text.front() == '\t'))

@@ -107,9 +107,6 @@ inline constexpr Choice kDefaultEncodingChoices[] = {{"ASCII (8-bit characters)"
 int StoredFromGridTriState(int triState);
 int GridTriStateFromStored(int stored);
 
-/// Point size of the table font for a "Font size:" step, around the normal size.
-int FontPointSize(int step, int normalPoints);
-
 /// What the Preferences dialog shows and returns; the dialog fills it on OK.
 struct PreferencesRequest
 {

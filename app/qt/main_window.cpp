@@ -52,7 +52,6 @@ namespace quirnel {
 namespace {
 
 constexpr const char* kTableSection = "Table";
-constexpr int kNormalFontPoints = 10;
 
 QString Q(const std::string& text)
 {
@@ -155,6 +154,8 @@ void MainWindow::BuildPanes()
     setCentralWidget(m_splitter);
     connect(m_grid, &TablePane::CurrentCellChanged, this, [this] { ShowCurrentCellInEditor(); });
     connect(m_grid, &TablePane::CellEdited, this, [this] { MarkModified(); });
+    connect(m_grid, &TablePane::GridCommand, this,
+            [this](int command, int, int, int) { OnGridCommand(command); });
     connect(m_editor, &QPlainTextEdit::textChanged, this, [this] {
         if (!m_loadingEditor && m_editorRow >= 0)
             CommitEditorText();
@@ -253,10 +254,8 @@ void MainWindow::ApplyTableSettings()
 {
     m_document.SetWarnTooFew(m_prefs.warnTooFew);
     m_document.SetBackupLevels(m_prefs.backupLevels);
-    m_document.Table().SetColumnHidden(0, m_prefs.hideIndexColumn);
-    QFont font = m_grid->font();
-    font.setPointSize(FontPointSize(m_fontSize, kNormalFontPoints));
-    m_grid->setFont(font);
+    m_grid->SetIndexColumnHidden(m_prefs.hideIndexColumn);
+    m_grid->SetFontSize(m_fontSize);
     m_grid->Refresh();
 }
 
@@ -918,6 +917,68 @@ void MainWindow::OnCommand(int id)
     default:
         statusBar()->showMessage(QStringLiteral("Unknown command %1").arg(id), 5000);
         qWarning("MainWindow::OnCommand: unknown command id %d", id);
+        break;
+    }
+}
+
+void MainWindow::OnGridCommand(int command)
+{
+    // Entries the window added carry its own ids; the control's own ones it could not carry
+    // out itself map to the window's commands of the same meaning.
+    if (command >= cmd::kToggleBoundOption) {
+        OnCommand(command);
+        return;
+    }
+    switch (static_cast<GridCommand>(command)) {
+    case GridCommand::CopyColumn:
+        OnCommand(cmd::kCopyColumn);
+        break;
+    case GridCommand::SearchColumn:
+        OnCommand(cmd::kSearchColumn);
+        break;
+    case GridCommand::SearchColumnContinue:
+        OnCommand(cmd::kSearchColumnContinue);
+        break;
+    case GridCommand::SetEntireColumn:
+        OnCommand(cmd::kSetEntireColumn);
+        break;
+    case GridCommand::TrimColumnWhitespace:
+        OnCommand(cmd::kTrimColumnWhitespace);
+        break;
+    case GridCommand::AddRow:
+        OnCommand(cmd::kCreateRow);
+        break;
+    case GridCommand::DeleteRows:
+        OnCommand(cmd::kDeleteRows);
+        break;
+    case GridCommand::DuplicateRow:
+        OnCommand(cmd::kDuplicateRows);
+        break;
+    case GridCommand::MoveRowUp:
+        OnCommand(cmd::kMoveRowUp);
+        break;
+    case GridCommand::MoveRowDown:
+        OnCommand(cmd::kMoveRowDown);
+        break;
+    case GridCommand::BookmarkReturn:
+        OnCommand(cmd::kBookmarkReturn);
+        break;
+    case GridCommand::BookmarkSet:
+        OnCommand(cmd::kBookmarkSet);
+        break;
+    case GridCommand::JumpToRow:
+        OnCommand(cmd::kJumpToRow);
+        break;
+    case GridCommand::Statistics:
+        OnCommand(cmd::kTableStatistics);
+        break;
+    case GridCommand::ImportCsv:
+        OnCommand(cmd::kImportCsvFile);
+        break;
+    default:
+        // Sorting, widths, alignment and the like: the control changed itself.
+        m_grid->Refresh();
+        RefreshCommandStates(m_actions);
         break;
     }
 }

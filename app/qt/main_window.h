@@ -140,6 +140,7 @@ private:
     void StoreCurrentFileProperties();
 
     void OnOpenFile();
+    void OnGridCommand(int command);
     void OnOpenNonstandardFile();
     void OnSaveFileAs();
     void OnNewFile();

@@ -21,8 +21,11 @@ public:
     /// Around a change of the whole table (load, close, new file).
     void BeginReset();
     void EndReset();
-    /// Cells or widths changed.
+    /// Cells, widths or sort changed.
     void Refresh();
+    void SetIndexColumnHidden(bool hidden);
+    /// "Font size:" step, -2 (Tiny) .. 3 (Huge).
+    void SetFontSize(int step);
     /// Puts an edit in progress into the table.
     void CommitEdit();
     /// Scrolls to and selects the control's focus cell.
@@ -37,6 +40,8 @@ signals:
     void CurrentCellChanged();
     /// The user changed a cell's text.
     void CellEdited(int row, int column);
+    /// A grid menu command the control leaves to the window.
+    void GridCommand(int command, int argument, int row, int column);
 
 private:
     struct Impl;
