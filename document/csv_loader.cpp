@@ -8,6 +8,7 @@
 #include "ostrand/core/user_interface.h"
 
 #include <algorithm>
+#include <climits>
 #include <map>
 #include <memory>
 
@@ -218,7 +219,9 @@ bool LoadCsvFile(TableDocument& document, FileFormat& format, const std::string&
             std::size_t estimate = (size - bytesRead) / perRecord;
             if (recordNumber == 0)
                 estimate /= 4;
-            estimate = std::clamp<std::size_t>(estimate, 2, 1u << 30);
+            // At least two rows; never past the largest row count an int can hold.
+            const auto room = static_cast<std::size_t>(INT_MAX - recordNumber);
+            estimate = std::clamp<std::size_t>(estimate, std::min<std::size_t>(2, room), room);
             table.SetRowCount(recordNumber + static_cast<int>(estimate));
         }
         const int fields = static_cast<int>(raw.size());
