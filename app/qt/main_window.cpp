@@ -196,6 +196,8 @@ void MainWindow::BuildPanes()
     connect(m_warningsList, &QListWidget::itemDoubleClicked, this,
             [this] { OnCommand(cmd::kGoToWarning); });
     addDockWidget(Qt::BottomDockWidgetArea, m_warningsDock);
+    // The list is a side note to the table: a few lines high unless the user drags it.
+    resizeDocks({m_warningsDock}, {110}, Qt::Vertical);
 
     m_watcher = new QFileSystemWatcher(this);
     connect(m_watcher, &QFileSystemWatcher::fileChanged, this, [this] {
