@@ -482,6 +482,12 @@ void TableControl::InsertRowsAt(int at, int count, int displayPosition)
     }
 }
 
+int TableControl::AddRow()
+{
+    InsertRows(m_rowCount, 1);
+    return m_rowCount - 1;
+}
+
 bool TableControl::InsertRows(int at, int count)
 {
     if (at < 0 || at > m_rowCount || count <= 0 || count > INT32_MAX - m_rowCount)

@@ -310,10 +310,12 @@ public:
     /// Grows with empty rows or shrinks from the end. Growth reserves exactly, so a loader that
     /// grows ahead in big steps pays few reallocations.
     void SetRowCount(int count);
+    /// Appends one empty row; returns its index.
+    int AddRow();
     /// Inserts empty rows before storage index `at` (0 .. RowCount()).
     bool InsertRows(int at, int count);
     bool DeleteRows(int first, int count);
-    /// `rows` ascending, without repeats; invalid entries are skipped.
+    /// `rows` in any order; repeats and invalid entries are ignored.
     void DeleteRows(std::span<const int> rows);
     /// Moves the row (cells and flags) to storage index `to`.
     bool MoveRow(int from, int to);
@@ -321,7 +323,8 @@ public:
     int DuplicateRow(int sourceRow);
     /// Rearranges the rows in a random order; the table becomes unsorted.
     void Shuffle(std::uint64_t seed);
-    /// Removes every row and data column and resets sort, focus and selection.
+    /// Removes every row and data column, resets sort, focus and selection, and lets go of
+    /// adopted buffers and arenas.
     void Clear();
 
     int RowAtDisplayPosition(int position) const;

@@ -481,3 +481,22 @@ TEST(TableControl, EmptyChoiceValueIsAnEmptyCell)
 
 } // namespace
 } // namespace quirnel
+
+namespace quirnel {
+namespace {
+
+TEST(TableControl, AddedRowOnASortedTableShowsBeforeTheHiddenRows)
+{
+    TableControl table;
+    Fill(table, {"a"}, {{"c"}, {"a"}, {"b"}});
+    table.SetSort(1, true);
+    table.SetRowHidden(1, true);
+    EXPECT_EQ(table.AddRow(), 3);
+    table.SetCellText8(3, 1, "new");
+    EXPECT_EQ(test::ColumnInDisplayOrder(table, 1), (Texts{"b", "c", "new", "a"}));
+    EXPECT_EQ(table.VisibleRowCount(), 3);
+    test::ExpectOrderInvariants(table);
+}
+
+} // namespace
+} // namespace quirnel
