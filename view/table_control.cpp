@@ -616,15 +616,20 @@ bool TableControl::MoveRow(int from, int to)
         else if (from > to && row >= to && row < from)
             ++row;
     };
-    for (std::int32_t& row : s.order) {
-        int r = row;
-        follow(r);
-        row = r;
-    }
     follow(m_focusRow);
-    follow(m_trailingRow);
-    // Sorted, each row keeps its place on screen; unsorted, the screen follows storage.
-    RestoreOrder(m_sortColumn < 0);
+    // Unsorted with nothing hidden or trailing, display order is storage order before and
+    // after: moving a block of selected rows one by one then stays linear.
+    const bool identity = m_sortColumn < 0 && m_visibleCount == m_rowCount && m_trailingRow < 0;
+    if (!identity) {
+        for (std::int32_t& row : s.order) {
+            int r = row;
+            follow(r);
+            row = r;
+        }
+        follow(m_trailingRow);
+        // Sorted, each row keeps its place on screen; unsorted, the screen follows storage.
+        RestoreOrder(m_sortColumn < 0);
+    }
     NotifyReset();
     return true;
 }
