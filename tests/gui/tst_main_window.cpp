@@ -7,6 +7,7 @@
 
 #include <QAbstractItemView>
 #include <QApplication>
+#include <QCheckBox>
 #include <QComboBox>
 #include <QDialog>
 #include <QDockWidget>
@@ -304,6 +305,66 @@ private slots:
         QCOMPARE(window->Document().Format().codePage, 0u);
         QCOMPARE(window->Document().Separator(), ';');
         QVERIFY(!window->Document().Modified());
+    }
+
+    void ExternalChangeAsksAndReopens()
+    {
+        const QString file = Path(QStringLiteral("x.csv"));
+        WriteBytes(file, "A\r\nold\r\n");
+        auto window = NewWindow();
+        QVERIFY(window->Frame().detectChanges);
+        QVERIFY(window->OpenPath(file.toStdString()));
+        QString asked;
+        OnNextModal([&asked](QWidget* widget) {
+            auto* box = static_cast<QMessageBox*>(widget);
+            asked = box->text();
+            box->button(QMessageBox::Yes)->click();
+        });
+        WriteBytes(file, "A\r\nchanged elsewhere\r\n");
+        QTRY_VERIFY_WITH_TIMEOUT(CellText(*window, 0, 1) == QStringLiteral("changed elsewhere"),
+                                 5000);
+        QCOMPARE(asked, QStringLiteral("The file \"") + file +
+                            // The box shows the text's CR LF as plain line breaks.
+                            QStringLiteral("\" has been changed by another program.\n\n"
+                                           "Do you want to reopen it?"));
+        QVERIFY(!window->Document().Modified());
+    }
+
+    void AutoOpenLastFileUnlessStartedWithOne()
+    {
+        const QString file = Path(QStringLiteral("last.csv"));
+        WriteBytes(file, "A\r\n1\r\n");
+        {
+            auto window = NewWindow();
+            window->Frame().autoOpen = true;
+            QVERIFY(window->OpenPath(file.toStdString()));
+            window->close();
+        }
+        {
+            auto window = NewWindow();
+            window->SetExplicitStart(true);
+            window->AutoOpenLastFile();
+            QVERIFY(!window->Document().FileOpen());
+        }
+        auto window = NewWindow();
+        QCOMPARE(window->MostRecentFile(), file.toStdString());
+        window->AutoOpenLastFile();
+        QVERIFY(window->Document().FileOpen());
+        QCOMPARE(window->Document().Path(), file.toStdString());
+    }
+
+    void FilterTextHidesRowsWithoutIt()
+    {
+        const QString file = Path(QStringLiteral("f.csv"));
+        WriteBytes(file, "Name\r\napple\r\npear\r\nPineapple\r\n");
+        auto window = NewWindow();
+        QVERIFY(window->OpenPath(file.toStdString()));
+        auto* text = window->findChild<QLineEdit*>(QStringLiteral("Filter Text"));
+        text->setText(QStringLiteral("apple"));
+        QTest::keyClick(text, Qt::Key_Return);
+        QVERIFY(window->findChild<QCheckBox*>(QStringLiteral("Filter Enabled"))->isChecked());
+        QCOMPARE(window->Document().Table().VisibleRowCount(), 2);
+        QCOMPARE(window->Grid()->View()->model()->rowCount(), 2);
     }
 
     void LoadWarningsAreListed()
