@@ -1,6 +1,8 @@
 // Two real processes: a second start with a document the first one shows must end without a
 // window, and the first instance must be asked to come forward.
 
+#include <QDir>
+#include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
@@ -69,6 +71,49 @@ private slots:
         QCOMPARE(second.readAllStandardOutput(),
                  QByteArray("window\nopen ") +
                      (sockets.path() + QStringLiteral("/b.csv")).toUtf8() + "\n");
+        first.kill();
+        first.waitForFinished();
+    }
+
+    void RealEditorSecondStartEndsWithoutWindow()
+    {
+        QTemporaryDir dir;
+        QDir(dir.path()).mkpath(QStringLiteral("config/Quirnel"));
+        // An existing settings file: no first-run question holds the first instance up.
+        QFile settings(dir.path() + QStringLiteral("/config/Quirnel/quiredit.dat"));
+        QVERIFY(settings.open(QIODevice::WriteOnly));
+        settings.close();
+        QFile data(dir.path() + QStringLiteral("/a.csv"));
+        QVERIFY(data.open(QIODevice::WriteOnly));
+        data.write("A,B\r\n1,2\r\n");
+        data.close();
+
+        QProcessEnvironment environment = IsolatedEnvironment(dir.path());
+        environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+        environment.insert(QStringLiteral("HOME"), dir.path());
+        environment.insert(QStringLiteral("XDG_CONFIG_HOME"),
+                           dir.path() + QStringLiteral("/config"));
+        environment.insert(QStringLiteral("XDG_DATA_HOME"), dir.path() + QStringLiteral("/data"));
+
+        QProcess first;
+        first.setProcessEnvironment(environment);
+        first.setWorkingDirectory(dir.path());
+        first.start(QStringLiteral(QUIRNEL_EDITOR), {QStringLiteral("a.csv")});
+        QVERIFY(first.waitForStarted());
+        // The instance answers once its socket is there.
+        QTRY_VERIFY_WITH_TIMEOUT(
+            !QDir(dir.path())
+                 .entryList({QStringLiteral("Quirnel_Window_Class-*")}, QDir::System)
+                 .isEmpty(),
+            20000);
+
+        QProcess second;
+        second.setProcessEnvironment(environment);
+        second.start(QStringLiteral(QUIRNEL_EDITOR), {dir.path() + QStringLiteral("/a.csv")});
+        QVERIFY(second.waitForFinished(20000));
+        QCOMPARE(second.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(second.exitCode(), 0);
+        QCOMPARE(first.state(), QProcess::Running);
         first.kill();
         first.waitForFinished();
     }
