@@ -423,6 +423,8 @@ public:
     void SetTextMeasurer(TextMeasurer* measurer) { m_measurer = measurer; }
     void SetGeometry(const ViewGeometry& geometry);
     const ViewGeometry& Geometry() const { return m_geometry; }
+    /// The header text's width in the control's font; 10 pixels a character without a font.
+    int HeaderTextWidth(int column) const;
     /// Header text width + 4 (+ the cell padding unless `bare`), at least 20.
     int NaturalWidth(int column, bool bare = false) const;
     void MaximizeColumn(int column);

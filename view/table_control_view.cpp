@@ -87,18 +87,22 @@ void TableControl::SetGeometry(const ViewGeometry& geometry)
     m_geometry = geometry;
 }
 
+int TableControl::HeaderTextWidth(int column) const
+{
+    if (column < 0 || column >= ColumnCount())
+        return 0;
+    const TableColumn& c = m_columns[static_cast<std::size_t>(column)];
+    if (m_measurer)
+        return c.wide ? m_measurer->TextWidthWide(c.headerTextWide)
+                      : m_measurer->TextWidth(c.headerText);
+    return 10 * static_cast<int>(c.wide ? c.headerTextWide.size() : c.headerText.size());
+}
+
 int TableControl::NaturalWidth(int column, bool bare) const
 {
     if (column < 0 || column >= ColumnCount())
         return kMinColumnWidth;
-    const TableColumn& c = m_columns[static_cast<std::size_t>(column)];
-    int text = 0;
-    if (m_measurer)
-        text = c.wide ? m_measurer->TextWidthWide(c.headerTextWide)
-                      : m_measurer->TextWidth(c.headerText);
-    else
-        text = 10 * static_cast<int>(c.wide ? c.headerTextWide.size() : c.headerText.size());
-    int width = text + 4 + (bare || !m_measurer ? 0 : m_measurer->CellPadding());
+    int width = HeaderTextWidth(column) + 4 + (bare || !m_measurer ? 0 : m_measurer->CellPadding());
     return std::max(width, kMinColumnWidth);
 }
 
@@ -153,7 +157,7 @@ void TableControl::ApplyInitialWidths(std::span<const int> longestLength, int sc
         width = std::max(width, kMinColumnWidth);
         if (screenWidth > 0)
             width = std::min(width, screenWidth / 2);
-        width = std::max(width, NaturalWidth(c, true));
+        width = std::max(width, HeaderTextWidth(c));
         column.width = std::max(column.width, width);
     }
     int total = 0;
