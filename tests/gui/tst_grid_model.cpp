@@ -193,6 +193,16 @@ void TestGridModel::enterConfirmsAndMovesDownTabFollowsTabThru()
     QTRY_COMPARE(model->index(3, 2).data().toString(), QString("kiwi"));
     QTRY_COMPARE(m_view->currentIndex(), model->index(4, 2));
 
+    // An edit still open is put into the table on request.
+    m_view->edit(model->index(6, 2));
+    QWidget* open = m_view->EditorWidget();
+    QVERIFY(open);
+    QTest::keyClicks(open, "plum");
+    QVERIFY(m_view->CommitEdit());
+    QCOMPARE(model->index(6, 2).data().toString(), QString("plum"));
+    QVERIFY(!m_view->EditorWidget());
+    QVERIFY(!m_view->CommitEdit());
+
     m_table->SetTabThru(true);
     QVERIFY(m_view->tabKeyNavigation());
     m_table->SetTabThru(false);
@@ -203,7 +213,10 @@ void TestGridModel::currentIndexBecomesTheFocusCell()
 {
     m_table->SetSort(3, true);
     GridModel* model = m_view->Model();
+    QSignalSpy moved(m_view.get(), &GridView::focusCellChanged);
     m_view->setCurrentIndex(model->index(4, 2));
+    QCOMPARE(moved.count(), 1);
+    QCOMPARE(moved.at(0).at(0).toInt(), model->RowOfViewRow(4));
     QCOMPARE(m_table->FocusRow(), model->RowOfViewRow(4));
     QCOMPARE(m_table->FocusColumn(), 2);
     m_table->SetFocusCell(777, 1);

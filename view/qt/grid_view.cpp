@@ -197,6 +197,28 @@ void GridView::currentChanged(const QModelIndex& current, const QModelIndex& pre
         m_table.SetFocusCell(m_model->RowOfViewRow(current.row()), current.column());
     else
         m_table.SetFocusCell(-1, -1);
+    emit focusCellChanged(m_table.FocusRow(), m_table.FocusColumn());
+}
+
+QWidget* GridView::EditorWidget() const
+{
+    if (state() != QAbstractItemView::EditingState)
+        return nullptr;
+    // The delegate's editor is the one widget the view puts on its viewport.
+    for (QWidget* child : viewport()->findChildren<QWidget*>(Qt::FindDirectChildrenOnly))
+        if (child->isVisible())
+            return child;
+    return nullptr;
+}
+
+bool GridView::CommitEdit()
+{
+    QWidget* editor = EditorWidget();
+    if (!editor)
+        return false;
+    commitData(editor);
+    closeEditor(editor, QAbstractItemDelegate::NoHint);
+    return true;
 }
 
 void GridView::ShowFocusCell()

@@ -53,6 +53,10 @@ public:
 
     /// Makes the control's focus cell current and scrolls it into view.
     void ShowFocusCell();
+    /// The in-place editor while one is open, else nullptr.
+    QWidget* EditorWidget() const;
+    /// Puts an edit in progress into the table and closes the editor; false when none was open.
+    bool CommitEdit();
 
     void OnTableReset() override;
     void OnTableRepaint() override;
@@ -61,6 +65,8 @@ signals:
     /// A menu command the control leaves to its owner. `row` is a storage index (-1: none).
     void gridCommand(int command, int argument, int row, int column);
     void cellEdited(int row, int column);
+    /// The focus cell moved (row a storage index, -1 for none).
+    void focusCellChanged(int row, int column);
 
 protected:
     void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
