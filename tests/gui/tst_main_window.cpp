@@ -12,6 +12,7 @@
 #include <QDialog>
 #include <QDockWidget>
 #include <QFile>
+#include <QFileInfo>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMessageBox>
@@ -78,6 +79,21 @@ void ChooseAndAccept(QWidget* dialog, const char* name, int value)
 }
 
 } // namespace
+
+/// Another instance that shows every file whose name starts with "shown".
+class FakeInstances : public InstanceFinder
+{
+public:
+    std::optional<InstanceHandle> FindInstanceWithDocument(const std::string&,
+                                                           const std::string& path) override
+    {
+        if (QFileInfo(QString::fromStdString(path)).fileName().startsWith(QStringLiteral("shown")))
+            return InstanceHandle("other");
+        return std::nullopt;
+    }
+    void BringToForeground(const InstanceHandle& instance) override { raised.push_back(instance); }
+    std::vector<InstanceHandle> raised;
+};
 
 class TestMainWindow : public QObject
 {
@@ -365,6 +381,44 @@ private slots:
         QVERIFY(window->findChild<QCheckBox*>(QStringLiteral("Filter Enabled"))->isChecked());
         QCOMPARE(window->Document().Table().VisibleRowCount(), 2);
         QCOMPARE(window->Grid()->View()->model()->rowCount(), 2);
+    }
+
+    void DocumentShownElsewhereAsksSwitchOrReopen()
+    {
+        const QString file = Path(QStringLiteral("shown.csv"));
+        WriteBytes(file, "A\r\n1\r\n");
+        FakeInstances instances;
+        MainWindowOptions options;
+        options.settingsFolder = Path(QStringLiteral("settings")).toStdString();
+        options.instances = &instances;
+        MainWindow window(options);
+
+        QString text;
+        QStringList buttons;
+        auto press = [&text, &buttons](const QString& which) {
+            OnNextModal([&text, &buttons, which](QWidget* widget) {
+                auto* box = static_cast<QMessageBox*>(widget);
+                text = box->text();
+                buttons.clear();
+                for (QAbstractButton* button : box->buttons())
+                    buttons << button->text();
+                for (QAbstractButton* button : box->buttons())
+                    if (button->text() == which)
+                        button->click();
+            });
+        };
+        press(QStringLiteral("Switch to document"));
+        QVERIFY(!window.OpenPath(file.toStdString()));
+        QCOMPARE(text, QStringLiteral("The file is already open in another instance."));
+        QVERIFY(buttons.contains(QStringLiteral("Switch to document")));
+        QVERIFY(buttons.contains(QStringLiteral("Reopen document")));
+        QCOMPARE(instances.raised, std::vector<InstanceHandle>{"other"});
+        QVERIFY(!window.Document().FileOpen());
+
+        press(QStringLiteral("Reopen document"));
+        QVERIFY(window.OpenPath(file.toStdString()));
+        QVERIFY(window.Document().FileOpen());
+        QCOMPARE(instances.raised.size(), std::size_t(1));
     }
 
     void LoadWarningsAreListed()
