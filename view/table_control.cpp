@@ -651,6 +651,74 @@ int TableControl::DuplicateRow(int sourceRow)
     return newRow;
 }
 
+std::vector<int> TableControl::DuplicateRows(std::span<const int> sourceRows)
+{
+    Storage& s = *m_store;
+    const std::size_t oldCount = static_cast<std::size_t>(m_rowCount);
+    std::vector<std::uint8_t> copy(oldCount, 0);
+    std::size_t copies = 0;
+    for (int row : sourceRows) {
+        if (row < 0 || row >= m_rowCount || copy[static_cast<std::size_t>(row)])
+            continue;
+        if (m_owner && !m_owner->AllowDuplicateRow(row))
+            continue;
+        copy[static_cast<std::size_t>(row)] = 1;
+        ++copies;
+    }
+    if (copies == 0 || copies > static_cast<std::size_t>(INT32_MAX) - oldCount)
+        return {};
+    // newIndex[row]: where an old row goes; its copy follows at newIndex[row] + 1.
+    std::vector<std::int32_t> newIndex(oldCount);
+    std::vector<std::int32_t> from;
+    from.reserve(oldCount + copies);
+    for (std::size_t row = 0; row < oldCount; ++row) {
+        newIndex[row] = static_cast<std::int32_t>(from.size());
+        from.push_back(static_cast<std::int32_t>(row));
+        if (copy[row])
+            from.push_back(static_cast<std::int32_t>(row));
+    }
+    const std::size_t newCount = from.size();
+    std::vector<std::uint64_t> scratch(newCount);
+    for (std::vector<std::uint64_t>& column : s.cells) {
+        for (std::size_t i = 0; i < newCount; ++i)
+            scratch[i] = column[static_cast<std::size_t>(from[i])];
+        column.assign(scratch.begin(), scratch.end());
+    }
+    std::vector<std::uint8_t> flags(newCount, 0);
+    for (std::size_t row = 0; row < oldCount; ++row)
+        flags[static_cast<std::size_t>(newIndex[row])] = s.flags[row];
+    s.flags.swap(flags);
+    // Sorted tables show each copy right after its source; RestoreOrder keeps hidden last.
+    std::vector<std::int32_t> order;
+    order.reserve(newCount);
+    for (std::int32_t row : s.order) {
+        order.push_back(newIndex[static_cast<std::size_t>(row)]);
+        if (copy[static_cast<std::size_t>(row)])
+            order.push_back(newIndex[static_cast<std::size_t>(row)] + 1);
+    }
+    s.order.swap(order);
+    auto remap = [&newIndex, oldCount](int& row) {
+        if (row >= 0 && static_cast<std::size_t>(row) < oldCount)
+            row = newIndex[static_cast<std::size_t>(row)];
+    };
+    remap(m_focusRow);
+    remap(m_trailingRow);
+    m_rowCount = static_cast<int>(newCount);
+    m_visibleCount += static_cast<int>(copies);
+    RestoreOrder(m_sortColumn < 0);
+    std::vector<int> result;
+    result.reserve(copies);
+    for (std::size_t row = 0; row < oldCount; ++row) {
+        if (!copy[row])
+            continue;
+        result.push_back(newIndex[row] + 1);
+        if (m_owner)
+            m_owner->OnRowDuplicated(newIndex[row], newIndex[row] + 1);
+    }
+    NotifyReset();
+    return result;
+}
+
 void TableControl::Shuffle(std::uint64_t seed)
 {
     if (m_rowCount < 2)

@@ -321,6 +321,9 @@ public:
     bool MoveRow(int from, int to);
     /// Inserts a copy directly below `sourceRow`; the owner may veto. The new index or -1.
     int DuplicateRow(int sourceRow);
+    /// The same for many rows in one pass (any order, repeats ignored): each copy lands
+    /// directly below its source. Returns the copies' final indices in ascending order.
+    std::vector<int> DuplicateRows(std::span<const int> sourceRows);
     /// Rearranges the rows in a random order; the table becomes unsorted.
     void Shuffle(std::uint64_t seed);
     /// Removes every row and data column, resets sort, focus and selection, and lets go of

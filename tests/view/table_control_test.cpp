@@ -361,7 +361,7 @@ TEST(TableControl, RandomOperationsKeepTheInvariants)
         label(r);
     for (int step = 0; step < 600; ++step) {
         const int count = table.RowCount();
-        const int op = static_cast<int>(random() % 11);
+        const int op = static_cast<int>(random() % 12);
         const int row = count > 0 ? static_cast<int>(random() % count) : 0;
         switch (op) {
         case 0:
@@ -409,6 +409,12 @@ TEST(TableControl, RandomOperationsKeepTheInvariants)
         case 10:
             table.Shuffle(random());
             break;
+        case 11: {
+            std::vector<int> sources{row, static_cast<int>(random() % (count + 1))};
+            for (int copy : table.DuplicateRows(sources))
+                table.SetCellText8(copy, 1, std::to_string(nextId++));
+            break;
+        }
         }
         table.Redraw();
         ExpectOrderInvariants(table);
@@ -495,6 +501,47 @@ TEST(TableControl, AddedRowOnASortedTableShowsBeforeTheHiddenRows)
     table.SetCellText8(3, 1, "new");
     EXPECT_EQ(test::ColumnInDisplayOrder(table, 1), (Texts{"b", "c", "new", "a"}));
     EXPECT_EQ(table.VisibleRowCount(), 3);
+    test::ExpectOrderInvariants(table);
+}
+
+} // namespace
+} // namespace quirnel
+
+namespace quirnel {
+namespace {
+
+TEST(TableControl, DuplicateRowsPutsEachCopyBelowItsSource)
+{
+    TableControl table;
+    VetoOwner owner;
+    table.SetOwner(&owner);
+    Fill(table, {"a"}, {{"0"}, {"1"}, {"2"}, {"3"}});
+    table.SetRowSelected(2, true);
+    table.SetFocusCell(3, 1);
+    std::vector<int> sources{3, 0, 2, 2, 9};
+    std::vector<int> copies = table.DuplicateRows(sources);
+    // Row 0 is vetoed by the owner.
+    EXPECT_EQ(copies, (std::vector<int>{3, 5}));
+    EXPECT_EQ(test::ColumnInDisplayOrder(table, 1), (Texts{"0", "1", "2", "2", "3", "3"}));
+    EXPECT_TRUE(table.IsRowSelected(2));
+    EXPECT_FALSE(table.IsRowSelected(3));
+    EXPECT_EQ(table.FocusRow(), 4);
+    EXPECT_EQ(owner.done, (std::vector<std::pair<int, int>>{{2, 3}, {4, 5}}));
+    test::ExpectOrderInvariants(table);
+}
+
+TEST(TableControl, DuplicateRowsOnASortedTableShowsCopiesAfterTheirSources)
+{
+    TableControl table;
+    Fill(table, {"a"}, {{"b"}, {"a"}, {"c"}});
+    table.SetSort(1, false);
+    table.SetRowHidden(1, true);
+    std::vector<int> sources{0, 1};
+    std::vector<int> copies = table.DuplicateRows(sources);
+    ASSERT_EQ(copies.size(), 2u);
+    EXPECT_EQ(test::ColumnInDisplayOrder(table, 1), (Texts{"c", "b", "b", "a", "a"}));
+    // The copy of a hidden row is shown; the hidden source stays last.
+    EXPECT_EQ(table.VisibleRowCount(), 4);
     test::ExpectOrderInvariants(table);
 }
 
