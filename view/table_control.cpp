@@ -1042,6 +1042,11 @@ int TableControl::TrimCell(int row, int column, int mask)
     return removed;
 }
 
+void TableControl::CompactText()
+{
+    m_store->pool.Compact(m_store->cells);
+}
+
 TableMemoryUsage TableControl::MemoryUsage() const
 {
     const Storage& s = *m_store;

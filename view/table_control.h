@@ -393,6 +393,9 @@ public:
     /// at the end of every line, 8 runs of spaces to one. Characters removed, or -1.
     int TrimCell(int row, int column, int mask);
 
+    /// Lets go of text that no cell shows any more: edited-over copies and buffers whose cells
+    /// were all replaced (after a conversion, replace-all or trim over the table). O(cells).
+    void CompactText();
     /// What the control holds in memory, by part (capacities, not sizes).
     TableMemoryUsage MemoryUsage() const;
 

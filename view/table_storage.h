@@ -74,6 +74,10 @@ public:
     int Adopt(std::shared_ptr<const std::string> buffer);
     void Reserve16(std::size_t units);
     void Clear();
+    /// Lets go of text no cell refers to: buffers without cells, arena blocks that are mostly
+    /// edited-over copies (their live text moves to new blocks) and dropped long texts.
+    /// Rewrites the references in `cells`.
+    void Compact(std::vector<std::vector<std::uint64_t>>& cells);
 
     std::string_view View8(std::uint64_t ref) const
     {
@@ -111,6 +115,8 @@ private:
     std::size_t m_arenaTotal = 0;
     std::vector<std::string> m_long8;
     std::vector<std::u16string> m_long16;
+    /// Ids of released chunks, reused before new ones are numbered.
+    std::vector<std::uint32_t> m_freeIds;
 };
 
 } // namespace quirnel::detail

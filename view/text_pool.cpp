@@ -43,10 +43,16 @@ void TextPool::Clear()
     m_arenaTotal = 0;
     m_long8.clear();
     m_long16.clear();
+    m_freeIds.clear();
 }
 
 std::uint32_t TextPool::NewChunk()
 {
+    if (!m_freeIds.empty()) {
+        std::uint32_t id = m_freeIds.back();
+        m_freeIds.pop_back();
+        return id;
+    }
     if (m_chunks.size() > kLastTextChunk)
         ost::FatalError("The table holds more text chunks than it can address (%zu).",
                         m_chunks.size());
@@ -162,6 +168,88 @@ void TextPool::Reserve16(std::size_t units)
     m_bases[id] = chunk.units.get();
     m_arenaTotal += chunk.capacity * 2;
     m_arena16 = id;
+}
+
+void TextPool::Compact(std::vector<std::vector<std::uint64_t>>& cells)
+{
+    const std::size_t chunkCount = m_chunks.size();
+    std::vector<std::size_t> live(chunkCount, 0);
+    std::vector<std::uint8_t> long8Live(m_long8.size(), 0);
+    std::vector<std::uint8_t> long16Live(m_long16.size(), 0);
+    for (const std::vector<std::uint64_t>& column : cells) {
+        for (std::uint64_t ref : column) {
+            std::uint32_t chunk = ChunkOf(ref);
+            if (chunk == kLongChunk)
+                (IsWide(ref) ? long16Live : long8Live)[OffsetOf(ref)] = 1;
+            else if (chunk != 0 && chunk != kValueChunk)
+                live[chunk] += LengthOf(ref);
+        }
+    }
+    // Arena blocks less than half alive are copied out; adopted buffers are never copied,
+    // only dropped once no cell points into them.
+    std::vector<std::uint8_t> move(chunkCount, 0);
+    bool anyMove = false;
+    for (std::size_t id = 1; id < chunkCount; ++id) {
+        Chunk& chunk = m_chunks[id];
+        if (!m_bases[id])
+            continue;
+        if (chunk.adopted) {
+            if (live[id] == 0) {
+                chunk = Chunk{};
+                m_bases[id] = nullptr;
+                m_freeIds.push_back(static_cast<std::uint32_t>(id));
+            }
+        } else if (live[id] * 2 < chunk.used) {
+            move[id] = 1;
+            anyMove = true;
+        }
+    }
+    std::vector<std::uint64_t> long8Index(m_long8.size(), 0);
+    std::vector<std::uint64_t> long16Index(m_long16.size(), 0);
+    {
+        std::vector<std::string> kept8;
+        for (std::size_t i = 0; i < m_long8.size(); ++i)
+            if (long8Live[i]) {
+                long8Index[i] = kept8.size();
+                kept8.push_back(std::move(m_long8[i]));
+            }
+        m_long8.swap(kept8);
+        std::vector<std::u16string> kept16;
+        for (std::size_t i = 0; i < m_long16.size(); ++i)
+            if (long16Live[i]) {
+                long16Index[i] = kept16.size();
+                kept16.push_back(std::move(m_long16[i]));
+            }
+        m_long16.swap(kept16);
+    }
+    if (anyMove) {
+        // New text must not land in a block being emptied.
+        if (move[m_arena8])
+            m_arena8 = 0;
+        if (move[m_arena16])
+            m_arena16 = 0;
+    }
+    for (std::vector<std::uint64_t>& column : cells) {
+        for (std::uint64_t& ref : column) {
+            const std::uint32_t chunk = ChunkOf(ref);
+            const std::uint64_t keep = ref & kCheckedBit;
+            if (chunk == kLongChunk) {
+                std::uint64_t index =
+                    IsWide(ref) ? long16Index[OffsetOf(ref)] : long8Index[OffsetOf(ref)];
+                ref = keep | MakeRef(IsWide(ref), kLongChunk, index, 0);
+            } else if (chunk != 0 && chunk != kValueChunk && move[chunk]) {
+                ref = keep | (IsWide(ref) ? Store16(View16(ref)) : Store8(View8(ref)));
+            }
+        }
+    }
+    for (std::size_t id = 1; id < chunkCount; ++id) {
+        if (!move[id])
+            continue;
+        m_arenaTotal -= m_chunks[id].capacity * (m_chunks[id].wide ? 2 : 1);
+        m_chunks[id] = Chunk{};
+        m_bases[id] = nullptr;
+        m_freeIds.push_back(static_cast<std::uint32_t>(id));
+    }
 }
 
 std::size_t TextPool::ArenaBytes() const

@@ -408,6 +408,7 @@ TEST(TableControl, RandomOperationsKeepTheInvariants)
             break;
         case 10:
             table.Shuffle(random());
+            table.CompactText();
             break;
         case 11: {
             std::vector<int> sources{row, static_cast<int>(random() % (count + 1))};
@@ -543,6 +544,54 @@ TEST(TableControl, DuplicateRowsOnASortedTableShowsCopiesAfterTheirSources)
     // The copy of a hidden row is shown; the hidden source stays last.
     EXPECT_EQ(table.VisibleRowCount(), 4);
     test::ExpectOrderInvariants(table);
+}
+
+} // namespace
+} // namespace quirnel
+
+namespace quirnel {
+namespace {
+
+TEST(TableControl, CompactTextDropsWhatNoCellShows)
+{
+    TableControl table;
+    Fill(table, {"a", "b"}, {});
+    auto buffer = std::make_shared<const std::string>(std::string(1000, 'x'));
+    TextBufferHandle handle = table.AdoptTextBuffer(buffer);
+    table.SetRowCount(100);
+    for (int r = 0; r < 100; ++r) {
+        table.SetCellText8Borrowed(r, 1, std::string_view(buffer->data() + r, 5), handle);
+        table.SetCellText8(r, 2, std::string(100, 'e'));
+    }
+    std::string longText(300000, 'L');
+    table.SetCellText8(0, 2, longText);
+    table.SetCellText8(1, 2, longText + "!");
+    table.SetCellChecked(5, 2, true);
+    // Every cell of column 1 is converted to UTF-16; most of column 2 is edited over.
+    for (int r = 0; r < 100; ++r)
+        table.SetCellText16(r, 1, u"w" + std::u16string(1, static_cast<char16_t>(u'0' + r % 10)));
+    for (int r = 2; r < 100; ++r)
+        table.SetCellText8(r, 2, std::to_string(r));
+    table.SetCellText8(1, 2, "short");
+    const TableMemoryUsage before = table.MemoryUsage();
+    EXPECT_GE(buffer.use_count(), 2);
+    table.CompactText();
+    const TableMemoryUsage after = table.MemoryUsage();
+    EXPECT_EQ(buffer.use_count(), 1);
+    EXPECT_EQ(after.adoptedBytes, 0u);
+    EXPECT_LT(after.sideBytes, before.sideBytes);
+    for (int r = 0; r < 100; ++r)
+        EXPECT_EQ(table.CellText16(r, 1),
+                  u"w" + std::u16string(1, static_cast<char16_t>(u'0' + r % 10)));
+    EXPECT_EQ(table.CellText8(0, 2), longText);
+    EXPECT_EQ(table.CellText8(1, 2), "short");
+    EXPECT_EQ(table.CellText8(57, 2), "57");
+    EXPECT_TRUE(table.CellChecked(5, 2));
+    // The store keeps working after the move.
+    table.SetCellText8(3, 2, "again");
+    table.CompactText();
+    EXPECT_EQ(table.CellText8(3, 2), "again");
+    EXPECT_EQ(table.CellText8(0, 2), longText);
 }
 
 } // namespace
