@@ -182,6 +182,12 @@ bool SaveCsvFile(TableDocument& document, const std::string& path, const std::st
         return false;
     }
 
+    // The new file takes the place of the old one, so it keeps the old one's permissions: a
+    // private file must not become readable by others by being saved.
+    FileInfo existing;
+    if (files.Stat(path, existing, error) && existing.exists)
+        files.CopyPermissions(path, temporary, error);
+
     // A failed backup does not stop the save; the backups are then as they were.
     BackupFile(files, path, "", document.BackupLevels(), 0, nullptr, nullptr, nullptr);
 

@@ -217,6 +217,17 @@ public:
         return true;
     }
 
+    bool CopyPermissions(const std::string& model, const std::string& path, int& error) override
+    {
+        struct stat st
+        {};
+        if (::stat(model.c_str(), &st) != 0 || ::chmod(path.c_str(), st.st_mode & 07777) != 0) {
+            error = errno;
+            return false;
+        }
+        return true;
+    }
+
     bool CreateDirectory(const std::string& path, int& error) override
     {
         if (::mkdir(path.c_str(), 0777) != 0) {

@@ -46,6 +46,8 @@ public:
     /// Copies a file, replacing any file of the new name and keeping its last write time.
     virtual bool Copy(const std::string& from, const std::string& to, int& error) = 0;
     virtual bool Remove(const std::string& path, int& error) = 0;
+    /// Gives `path` the access permissions of `model`.
+    virtual bool CopyPermissions(const std::string& model, const std::string& path, int& error) = 0;
     virtual bool CreateDirectory(const std::string& path, int& error) = 0;
 };
 

@@ -216,6 +216,15 @@ TEST_F(SaveCsvFileTest, NoBackupsWithZeroLevels)
     EXPECT_EQ(std::vector<std::string>{"data.csv"}, Entries());
 }
 
+TEST_F(SaveCsvFileTest, SavedFileKeepsPermissions)
+{
+    ASSERT_TRUE(Load(kOriginal));
+    namespace fs = std::filesystem;
+    fs::permissions(Path(), fs::perms::owner_read | fs::perms::owner_write);
+    ASSERT_TRUE(SaveCsvFile(m_document, Path()));
+    EXPECT_EQ(fs::perms::owner_read | fs::perms::owner_write, fs::status(Path()).permissions());
+}
+
 TEST_F(SaveCsvFileTest, NewPathBecomesDocumentPath)
 {
     ASSERT_TRUE(Load(kOriginal));

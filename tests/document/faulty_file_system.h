@@ -95,6 +95,10 @@ public:
     {
         return !Fails(FileOp::Remove, path, {}, error) && RealFileSystem().Remove(path, error);
     }
+    bool CopyPermissions(const std::string& model, const std::string& path, int& error) override
+    {
+        return RealFileSystem().CopyPermissions(model, path, error);
+    }
     bool CreateDirectory(const std::string& path, int& error) override
     {
         return !Fails(FileOp::CreateDirectory, path, {}, error) &&
