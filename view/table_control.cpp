@@ -142,8 +142,6 @@ void TableControl::Redraw()
     NotifyReset();
 }
 
-// ---- columns ----
-
 const TableColumn& TableControl::Column(int column) const
 {
     // Queries never fail: a column that does not exist reads as an empty, unsortable one.
@@ -298,8 +296,6 @@ Alignment TableControl::ColumnAlignment(int column) const
     return Alignment::Left;
 }
 
-// ---- display order ----
-
 void TableControl::FillPositions()
 {
     std::vector<std::int32_t>& order = m_store->order;
@@ -403,8 +399,6 @@ TableRow TableControl::Row(int row) const
     result.hidden = (f & kRowHidden) != 0;
     return result;
 }
-
-// ---- rows ----
 
 void TableControl::SetRowCount(int count)
 {
@@ -793,8 +787,6 @@ void TableControl::SetTrailingRow(int row)
     NotifyReset();
 }
 
-// ---- selection and focus ----
-
 void TableControl::SetSelectionMode(SelectionMode mode)
 {
     m_selectionMode = mode;
@@ -867,8 +859,6 @@ void TableControl::SetFocusCell(int row, int column)
     m_focusRow = row >= 0 && row < m_rowCount ? row : -1;
     m_focusColumn = column >= 0 && column < ColumnCount() ? column : -1;
 }
-
-// ---- cells ----
 
 const std::uint64_t* TableControl::CellRef(int row, int column) const
 {
@@ -1059,8 +1049,6 @@ TableMemoryUsage TableControl::MemoryUsage() const
     usage.sideBytes = s.pool.LongBytes();
     return usage;
 }
-
-// ---- display options ----
 
 void TableControl::SetAltRows(int triState)
 {

@@ -279,7 +279,6 @@ public:
     void SetStyle(std::uint32_t styleFlags) { m_style = styleFlags; }
     std::uint32_t Style() const { return m_style; }
 
-    // ---- columns ----
     /// Column 0 is the index column "#", created with the control; it is never deleted or
     /// moved and holds no cells. Counts include it.
     int ColumnCount() const { return static_cast<int>(m_columns.size()); }
@@ -304,7 +303,6 @@ public:
     void SetColumnAlignment(int column, Alignment alignment);
     Alignment ColumnAlignment(int column) const;
 
-    // ---- rows (indices are storage indices unless named "position") ----
     int RowCount() const { return m_rowCount; }
     int VisibleRowCount() const { return m_visibleCount; }
     /// Grows with empty rows or shrinks from the end. Growth reserves exactly, so a loader that
@@ -346,7 +344,6 @@ public:
     int TrailingRow() const { return m_trailingRow; }
     void SetTrailingRow(int row);
 
-    // ---- selection and focus ----
     SelectionMode Selection() const { return m_selectionMode; }
     void SetSelectionMode(SelectionMode mode);
     bool IsRowSelected(int row) const;
@@ -362,7 +359,6 @@ public:
     /// Out-of-range values become -1.
     void SetFocusCell(int row, int column);
 
-    // ---- cells ----
     /// Empty for missing cells, column 0, and cells of the other width.
     std::string_view CellText8(int row, int column) const;
     std::u16string_view CellText16(int row, int column) const;
@@ -399,7 +395,6 @@ public:
     /// What the control holds in memory, by part (capacities, not sizes).
     TableMemoryUsage MemoryUsage() const;
 
-    // ---- sorting ----
     int SortColumn() const { return m_sortColumn; }
     bool SortAscending() const { return m_sortAscending; }
     /// Most recent first; -1 when none.
@@ -415,7 +410,6 @@ public:
     void SetDayFirst(bool dayFirst) { m_dayFirst = dayFirst; }
     bool DayFirst() const { return m_dayFirst; }
 
-    // ---- display options ----
     int AltRows() const { return m_altRows; }
     void SetAltRows(int triState);
     int Grid() const { return m_grid; }
@@ -425,7 +419,6 @@ public:
     bool TabThru() const { return m_tabThru; }
     void SetTabThru(bool on);
 
-    // ---- widths ----
     void SetTextMeasurer(TextMeasurer* measurer) { m_measurer = measurer; }
     void SetGeometry(const ViewGeometry& geometry);
     const ViewGeometry& Geometry() const { return m_geometry; }
@@ -441,11 +434,9 @@ public:
     /// The loader's widths: `longestLength[c]` for c >= 1 is the longest text in column c.
     void ApplyInitialWidths(std::span<const int> longestLength, int screenWidth, int viewWidth);
 
-    // ---- persisted view state ----
     void LoadViewState(ViewStateStore& store);
     void SaveViewState(ViewStateStore& store) const;
 
-    // ---- menus and commands ----
     /// Out-of-range columns give no column-specific entries.
     std::vector<MenuEntry> HeaderMenu(int column);
     /// `column` -1 (or `row` -1) when the click was not on a cell.

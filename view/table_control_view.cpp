@@ -80,8 +80,6 @@ std::string FormatNumber(double value)
 
 } // namespace
 
-// ---- widths ----
-
 void TableControl::SetGeometry(const ViewGeometry& geometry)
 {
     m_geometry = geometry;
@@ -184,8 +182,6 @@ void TableControl::ApplyInitialWidths(std::span<const int> longestLength, int sc
     NotifyRepaint();
 }
 
-// ---- persisted view state ----
-
 void TableControl::SaveViewState(ViewStateStore& store) const
 {
     if (m_settingsName.empty())
@@ -263,8 +259,6 @@ void TableControl::LoadViewState(ViewStateStore& store)
     }
     NotifyReset();
 }
-
-// ---- menus ----
 
 std::vector<MenuEntry> TableControl::HeaderMenu(int column)
 {
@@ -480,8 +474,6 @@ bool TableControl::HandleCommand(int command, int argument, int column)
         return false;
     }
 }
-
-// ---- statistics ----
 
 std::string TableControl::StatisticsReport() const
 {
