@@ -589,7 +589,8 @@ void MainWindow::CommitEditorText()
             return;
         m_document.SetCellText8(m_editorRow, m_editorColumn, narrow);
     }
-    m_grid->Refresh();
+    // Called on every keystroke: repaint the one cell rather than reset the whole view.
+    m_grid->RepaintCell(m_editorRow, m_editorColumn);
     MarkModified();
 }
 

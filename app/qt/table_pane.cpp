@@ -79,6 +79,16 @@ void TablePane::Refresh()
     --m_impl->resetting;
 }
 
+void TablePane::RepaintCell(int row, int column)
+{
+    const int viewRow = m_impl->table.ViewIndexOfRow(row);
+    if (viewRow < 0)
+        return;
+    GridModel* model = m_impl->view->Model();
+    const QModelIndex index = model->index(viewRow, column);
+    emit model->dataChanged(index, index);
+}
+
 void TablePane::SetIndexColumnHidden(bool hidden)
 {
     m_impl->view->SetIndexColumnHidden(hidden);

@@ -23,6 +23,8 @@ public:
     void EndReset();
     /// Cells, widths or sort changed.
     void Refresh();
+    /// Only this cell's text changed (storage row).
+    void RepaintCell(int row, int column);
     void SetIndexColumnHidden(bool hidden);
     /// "Font size:" step, -2 (Tiny) .. 3 (Huge).
     void SetFontSize(int step);
