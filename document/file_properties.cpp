@@ -1,5 +1,6 @@
 #include "document/file_properties.h"
 
+#include "document/table_document.h"
 #include "ostrand/codepage/code_page.h"
 #include "view/table_control.h"
 
@@ -164,6 +165,17 @@ bool RestoreFileProperties(const FileHistory& history, FilePropertiesTarget targ
         return false;
     ApplyFileRecord(*record, target);
     return true;
+}
+
+void StoreFileProperties(FileHistory& history, const TableDocument& document, bool cellEditorMode)
+{
+    StoreFileProperties(history, document.Table(), document.Format(), cellEditorMode);
+}
+
+bool RestoreFileProperties(const FileHistory& history, TableDocument& document, FileFormat& format,
+                           bool& cellEditorMode)
+{
+    return RestoreFileProperties(history, {document.Table(), format, cellEditorMode});
 }
 
 std::optional<std::uint32_t> RememberedCodePage(const FileHistory& history, std::string_view path)

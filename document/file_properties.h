@@ -14,6 +14,7 @@
 namespace quirnel {
 
 class TableControl;
+class TableDocument;
 
 /// "Flags" bits of a remembered record.
 inline constexpr int kFilePropertyCellEditor = 1;
@@ -42,6 +43,10 @@ void StoreFileProperties(FileHistory& history, const TableControl& table, const 
 /// At the end of a successful load: applies the path's record when there is one. False when
 /// the history knows nothing of the path.
 bool RestoreFileProperties(const FileHistory& history, FilePropertiesTarget target);
+/// The same for the open document: its table, format and path.
+void StoreFileProperties(FileHistory& history, const TableDocument& document, bool cellEditorMode);
+bool RestoreFileProperties(const FileHistory& history, TableDocument& document, FileFormat& format,
+                           bool& cellEditorMode);
 /// Before a load: the remembered "CodePage" of the path, if any.
 std::optional<std::uint32_t> RememberedCodePage(const FileHistory& history, std::string_view path);
 

@@ -387,7 +387,7 @@ void MainWindow::AfterLoad()
 void MainWindow::RestoreFileProperties(TableDocument& document, FileFormat& format)
 {
     bool multiline = m_multiline;
-    quirnel::RestoreFileProperties(m_history, {document.Table(), format, multiline});
+    quirnel::RestoreFileProperties(m_history, document, format, multiline);
     if (multiline != m_multiline)
         SetMultilineMode(multiline);
 }
@@ -396,7 +396,7 @@ void MainWindow::StoreCurrentFileProperties()
 {
     if (!m_document.FileOpen() || m_document.Path().empty() || !m_frame.recordHistory)
         return;
-    quirnel::StoreFileProperties(m_history, m_document.Table(), m_document.Format(), m_multiline);
+    quirnel::StoreFileProperties(m_history, m_document, m_multiline);
 }
 
 bool MainWindow::Save()
