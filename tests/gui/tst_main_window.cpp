@@ -421,6 +421,31 @@ private slots:
         QCOMPARE(instances.raised.size(), std::size_t(1));
     }
 
+    void PlacementAndRecentFilesSurviveRestart()
+    {
+        const QString first = Path(QStringLiteral("one.csv"));
+        const QString second = Path(QStringLiteral("two.csv"));
+        WriteBytes(first, "A\r\n1\r\n");
+        WriteBytes(second, "B\r\n2\r\n");
+        {
+            auto window = NewWindow();
+            window->setGeometry(40, 50, 640, 480);
+            QVERIFY(window->OpenPath(first.toStdString()));
+            QVERIFY(window->OpenPath(second.toStdString()));
+            window->close();
+        }
+        QVERIFY(ReadBytes(Path(QStringLiteral("settings/quiredit.dat")))
+                    .contains("WindowPos=s:40,50,640,480,0"));
+        auto window = NewWindow();
+        QCOMPARE(window->geometry().size(), QSize(640, 480));
+        const DocumentState state = window->CurrentState();
+        QCOMPARE(state.recentFiles,
+                 (std::vector<std::string>{second.toStdString(), first.toStdString()}));
+        QVERIFY(state.hasHandler(cmd::kRecentFileBase + 1));
+        window->OnCommand(cmd::kRecentFileBase + 1);
+        QCOMPARE(window->Document().Path(), first.toStdString());
+    }
+
     void LoadWarningsAreListed()
     {
         const QString file = Path(QStringLiteral("w.csv"));
