@@ -44,6 +44,19 @@ bool Fail(TableDocument& document, const FileFormat& format, const std::string& 
     return false;
 }
 
+/// Copies bytes into 16-bit units and returns all their bits or-ed together. The pointers never
+/// overlap; saying so lets the loop run on whole vectors.
+unsigned WidenBytes(const char* __restrict in, std::size_t count, char16_t* __restrict out)
+{
+    unsigned high = 0;
+    for (std::size_t i = 0; i < count; ++i) {
+        const auto byte = static_cast<unsigned char>(in[i]);
+        high |= byte;
+        out[i] = byte;
+    }
+    return high;
+}
+
 /// Cells and names as the document holds them: the bytes as read in text mode 0, converted
 /// from the code page in text mode 1.
 class CellDecoder
@@ -51,12 +64,26 @@ class CellDecoder
 public:
     CellDecoder(bool unicode, std::uint32_t codePage)
         : m_unicode(unicode), m_converter(unicode ? codePage : ost::kCodePageSystem)
-    {}
+    {
+        std::u16string probe;
+        const std::string_view ascii =
+            " !\"#$%&'()*+,-./0123456789:;<=>?@ABCDEFGHIJKLMNOPQRSTUVWXYZ"
+            "[\\]^_`abcdefghijklmnopqrstuvwxyz{|}~\t\r\n";
+        m_converter.ToUtf16(ascii, probe);
+        m_asciiDecodes = probe == std::u16string(ascii.begin(), ascii.end());
+    }
 
+    /// Valid until the next call.
     std::u16string_view Wide(std::string_view bytes)
     {
-        m_converter.ToUtf16(bytes, m_wide);
-        return m_wide;
+        // Most cells are ASCII in every code page we read: widen them in the same pass that
+        // checks them, and leave everything else to the converter.
+        if (m_wide.size() < bytes.size())
+            m_wide.resize(bytes.size() + 64);
+        if (WidenBytes(bytes.data(), bytes.size(), m_wide.data()) < 0x80 && m_asciiDecodes)
+            return std::u16string_view(m_wide.data(), bytes.size());
+        m_converter.ToUtf16(bytes, m_converted);
+        return m_converted;
     }
 
     /// The text as UTF-8 for warnings: 8-bit text stays as read.
@@ -70,7 +97,10 @@ public:
 private:
     bool m_unicode;
     ost::CodePageConverter m_converter;
+    /// Whether ASCII bytes stand for themselves in this code page (not so in EBCDIC pages).
+    bool m_asciiDecodes = false;
     std::u16string m_wide;
+    std::u16string m_converted;
 };
 
 } // namespace

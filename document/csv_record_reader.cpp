@@ -4,6 +4,10 @@
 
 #include <cstring>
 
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 namespace quirnel {
 
 namespace {
@@ -52,6 +56,34 @@ template <typename Char> const Char* FindQuoteOrNul(const Char* from, const Char
             ++from;
         return from;
     }
+}
+
+/// The first character at or after `p` whose class is not ordinary. With a single separator and
+/// no escapes that set is {separator, CR, LF, NUL}, which is tested sixteen bytes at a time.
+const char* SkipOrdinary(const char* p, const char* end, const unsigned char* classes,
+                         char simpleSeparator)
+{
+#if defined(__SSE2__)
+    if (simpleSeparator) {
+        const __m128i separator = _mm_set1_epi8(simpleSeparator);
+        const __m128i cr = _mm_set1_epi8('\r');
+        const __m128i lf = _mm_set1_epi8('\n');
+        const __m128i zero = _mm_setzero_si128();
+        while (end - p >= 16) {
+            const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
+            const __m128i hits = _mm_or_si128(
+                _mm_or_si128(_mm_cmpeq_epi8(block, separator), _mm_cmpeq_epi8(block, cr)),
+                _mm_or_si128(_mm_cmpeq_epi8(block, lf), _mm_cmpeq_epi8(block, zero)));
+            const int mask = _mm_movemask_epi8(hits);
+            if (mask)
+                return p + __builtin_ctz(static_cast<unsigned>(mask));
+            p += 16;
+        }
+    }
+#endif
+    while (p != end && classes[static_cast<unsigned char>(*p)] == kOrdinary)
+        ++p;
+    return p;
 }
 
 } // namespace
@@ -209,6 +241,10 @@ bool BasicCsvRecordReader<Char>::ReadSeparated(View& record, unsigned flags, Vie
         return finish(lineEnd, next);
     };
 
+    const char simpleSeparator =
+        (!(flags & CSV_BACKSLASH_ESCAPE) && separators.size() == 1 && Unit(separators[0]) < 128)
+            ? static_cast<char>(separators[0])
+            : '\0';
     bool atFieldStart = true;
     while (p != end) {
         if (atFieldStart) {
@@ -243,8 +279,7 @@ bool BasicCsvRecordReader<Char>::ReadSeparated(View& record, unsigned flags, Vie
             }
         }
         if constexpr (sizeof(Char) == 1) {
-            while (p != end && m_classes[static_cast<unsigned char>(*p)] == kOrdinary)
-                ++p;
+            p = SkipOrdinary(p, end, m_classes, simpleSeparator);
             if (p == end)
                 break;
         }
