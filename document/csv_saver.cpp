@@ -158,10 +158,10 @@ bool SaveCsvFile(TableDocument& document, const std::string& path, const std::st
         ok = WriteRecord(sink, flags, fields, separator, newline) && ok;
         encoder.NextRecord();
     }
-    // Rows go out in the order the table shows them.
+    // Rows go out in file order. Sorting and filtering only change how rows are shown; writing
+    // the shown order would reorder the user's file and push filtered-out rows to its end.
     const int rows = table.RowCount();
-    for (int position = 0; position < rows; ++position) {
-        const int row = table.RowAtDisplayPosition(position);
+    for (int row = 0; row < rows; ++row) {
         fields.clear();
         for (int column = 1; column < columns; ++column) {
             if (unicode)

@@ -290,12 +290,13 @@ TEST_F(SaveCsvFileTest, Utf8CodePageGainsMark)
     EXPECT_EQ("\xEF\xBB\xBFn\n\xCE\xB1\n", ReadFile(Path()));
 }
 
-TEST_F(SaveCsvFileTest, RowsFollowDisplayOrder)
+TEST_F(SaveCsvFileTest, SortedAndHiddenRowsAreSavedInFileOrder)
 {
     ASSERT_TRUE(Load("n\nb\na\nc\n"));
-    ASSERT_TRUE(m_document.Table().SetSort(1, true));
+    ASSERT_TRUE(m_document.Table().SetSort(1, false));
+    m_document.Table().SetRowHidden(0, true);
     ASSERT_TRUE(SaveCsvFile(m_document, Path()));
-    EXPECT_EQ("n\na\nb\nc\n", ReadFile(Path()));
+    EXPECT_EQ("n\nb\na\nc\n", ReadFile(Path()));
 }
 
 TEST_F(SaveCsvFileTest, RandomTablesSurviveSaveAndLoad)
