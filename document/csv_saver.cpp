@@ -7,6 +7,8 @@
 #include "ostrand/codepage/code_page.h"
 #include "ostrand/core/user_interface.h"
 
+#include <cstring>
+#include <memory>
 #include <vector>
 
 namespace quirnel {
@@ -18,19 +20,43 @@ namespace {
 class FileRecordSink : public RecordSink
 {
 public:
-    FileRecordSink(FileSystem& files, FileSystem::Handle handle) : m_files(files), m_handle(handle)
-    {
-        m_buffer.reserve(kFlushSize + 4096);
-    }
+    FileRecordSink(FileSystem& files, FileSystem::Handle handle)
+        : m_files(files), m_handle(handle), m_buffer(new char[kCapacity])
+    {}
 
     bool Write(std::string_view text) override
     {
         if (m_failed)
             return false;
-        m_buffer.append(text);
-        if (m_buffer.size() >= kFlushSize)
-            return Flush();
-        return true;
+        if (text.size() > kCapacity - m_used && !Flush())
+            return false;
+        if (text.size() > kCapacity) {
+            int error = 0;
+            if (!m_files.Write(m_handle, text.data(), text.size(), error))
+                m_failed = true;
+            return !m_failed;
+        }
+        if (!text.empty())
+            std::memcpy(m_buffer.get() + m_used, text.data(), text.size());
+        m_used += text.size();
+        return m_used < kFlushSize || Flush();
+    }
+
+    /// Room for `size` more bytes, to be given back with Commit; nullptr after a failure or
+    /// when the buffer could never hold that many (Write takes such a record instead).
+    char* Room(std::size_t size)
+    {
+        if (m_failed || size > kCapacity)
+            return nullptr;
+        if (size > kCapacity - m_used && !Flush())
+            return nullptr;
+        return m_buffer.get() + m_used;
+    }
+
+    bool Commit(const char* end)
+    {
+        m_used = static_cast<std::size_t>(end - m_buffer.get());
+        return m_used < kFlushSize || Flush();
     }
 
     bool Flush()
@@ -38,32 +64,68 @@ public:
         if (m_failed)
             return false;
         int error = 0;
-        if (!m_buffer.empty() && !m_files.Write(m_handle, m_buffer.data(), m_buffer.size(), error))
+        if (m_used != 0 && !m_files.Write(m_handle, m_buffer.get(), m_used, error))
             m_failed = true;
-        m_buffer.clear();
+        m_used = 0;
         return !m_failed;
     }
 
 private:
-    static constexpr std::size_t kFlushSize = 1 << 20;
+    /// Pieces of a few megabytes keep the system calls few; the spare room above the flush
+    /// size takes most records whole without a flush in the middle of one.
+    static constexpr std::size_t kFlushSize = 4 << 20;
+    static constexpr std::size_t kCapacity = 5 << 20;
     FileSystem& m_files;
     FileSystem::Handle m_handle;
-    std::string m_buffer;
+    std::unique_ptr<char[]> m_buffer;
+    std::size_t m_used = 0;
     bool m_failed = false;
 };
+
+/// Copies 16-bit units into bytes and returns all their bits or-ed together. The pointers
+/// never overlap; saying so lets the loop run on whole vectors.
+unsigned NarrowUnits(const char16_t* __restrict in, std::size_t count, char* __restrict out)
+{
+    unsigned high = 0;
+    for (std::size_t i = 0; i < count; ++i) {
+        high |= in[i];
+        out[i] = static_cast<char>(in[i]);
+    }
+    return high;
+}
 
 /// Turns the document's cells into the file's bytes, remembering whether any character could
 /// not be represented.
 class CellEncoder
 {
 public:
-    explicit CellEncoder(std::uint32_t codePage) : m_codePage(codePage), m_converter(codePage) {}
+    explicit CellEncoder(std::uint32_t codePage) : m_codePage(codePage), m_converter(codePage)
+    {
+        std::u16string ascii(0x80, u'\0');
+        for (char16_t c = 0; c < 0x80; ++c)
+            ascii[c] = c;
+        std::string probe;
+        bool replaced = false;
+        m_converter.FromUtf16(ascii, probe, '?', &replaced);
+        m_asciiEncodes = !replaced && probe == std::string(ascii.begin(), ascii.end());
+    }
 
     bool Lossy() const { return m_lossy; }
 
     /// Converts one more text of the current record.
     void Add(std::u16string_view text)
     {
+        if (m_asciiEncodes) {
+            // Most cells are ASCII, which such a code page writes unit for unit and never
+            // loses: narrow them in the pass that checks them, and convert only the rest.
+            const std::size_t start = m_bytes.size();
+            m_bytes.resize(start + text.size());
+            if (NarrowUnits(text.data(), text.size(), m_bytes.data() + start) < 0x80) {
+                m_ends.push_back(m_bytes.size());
+                return;
+            }
+            m_bytes.resize(start);
+        }
         if (m_codePage == ost::kCodePageUtf8) {
             m_converter.FromUtf16(text, m_piece, '?');
         } else {
@@ -104,6 +166,8 @@ private:
     std::vector<std::size_t> m_ends;
     std::string m_piece;
     bool m_lossy = false;
+    /// Whether every ASCII character is written as its own byte (not so in EBCDIC pages).
+    bool m_asciiEncodes = false;
 };
 
 } // namespace
@@ -161,7 +225,23 @@ bool SaveCsvFile(TableDocument& document, const std::string& path, const std::st
     // Rows go out in file order. Sorting and filtering only change how rows are shown; writing
     // the shown order would reorder the user's file and push filtered-out rows to its end.
     const int rows = table.RowCount();
-    for (int row = 0; row < rows; ++row) {
+    if (!unicode && columns > 1) {
+        // Each record is put straight into the sink's buffer; only one too large for it goes
+        // through WriteRecord.
+        std::vector<std::string_view> cells(static_cast<std::size_t>(columns - 1));
+        for (int row = 0; row < rows; ++row) {
+            table.RowText8(row, cells.data());
+            const std::size_t bound = RecordBound(cells.data(), cells.size(), newline);
+            if (char* room = sink.Room(bound)) {
+                ok = sink.Commit(
+                         PutRecord(room, flags, cells.data(), cells.size(), separator, newline)) &&
+                     ok;
+            } else {
+                ok = WriteRecord(sink, flags, cells, separator, newline) && ok;
+            }
+        }
+    }
+    for (int row = 0; row < rows && (unicode || columns <= 1); ++row) {
         fields.clear();
         for (int column = 1; column < columns; ++column) {
             if (unicode)

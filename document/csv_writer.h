@@ -54,4 +54,14 @@ bool WriteRecord(RecordSink& out, unsigned flags, const std::vector<std::string_
 bool WriteRecord(RecordSink16& out, unsigned flags, const std::vector<std::u16string_view>& fields,
                  char16_t separator, std::u16string_view newline);
 
+/// The most bytes PutRecord can write for these fields: every field doubled, quoted and
+/// separated, and the newline.
+std::size_t RecordBound(const std::string_view* fields, std::size_t count,
+                        std::string_view newline);
+
+/// The bytes WriteRecord writes for the record, put at `out`, which has room for RecordBound;
+/// returns the end of what was put. For writers that fill a large buffer of their own.
+char* PutRecord(char* out, unsigned flags, const std::string_view* fields, std::size_t count,
+                char separator, std::string_view newline);
+
 } // namespace quirnel

@@ -889,6 +889,15 @@ std::string_view TableControl::CellText8(int row, int column) const
     return ref ? m_store->pool.View8(*ref) : std::string_view();
 }
 
+void TableControl::RowText8(int row, std::string_view* out) const
+{
+    if (row < 0 || row >= m_rowCount)
+        return;
+    const auto index = static_cast<std::size_t>(row);
+    for (const std::vector<std::uint64_t>& column : m_store->cells)
+        *out++ = m_store->pool.View8(column[index]);
+}
+
 std::u16string_view TableControl::CellText16(int row, int column) const
 {
     const std::uint64_t* ref = CellRef(row, column);

@@ -362,6 +362,10 @@ public:
     /// Empty for missing cells, column 0, and cells of the other width.
     std::string_view CellText8(int row, int column) const;
     std::u16string_view CellText16(int row, int column) const;
+    /// CellText8 of the row's data cells, columns 1 to ColumnCount() - 1, into `out`, which
+    /// has room for them all: one bounds check for a whole row, for writers that visit every
+    /// cell. Nothing is written for a missing row.
+    void RowText8(int row, std::string_view* out) const;
     bool CellIsWide(int row, int column) const;
     bool CellIsEmpty(int row, int column) const;
     TableCell Cell(int row, int column) const;

@@ -127,5 +127,40 @@ TEST(WriteRecord, ReadsBackWhatItWrote)
     }
 }
 
+TEST(WriteRecord, EveryClassedCharacterFoundAtEveryPlace)
+{
+    // The 8-bit record writer tests whole blocks of a text at once; the 16-bit QuoteField goes
+    // character by character, so they must agree for any length and any place of the one
+    // character that matters.
+    for (unsigned flags : {0u, unsigned{CSV_BACKSLASH_ESCAPE}}) {
+        for (char special : std::string_view(",\"\t\r\n;|\\' x")) {
+            for (std::size_t length = 1; length <= 40; ++length) {
+                for (std::size_t at = 0; at < length; ++at) {
+                    std::string text(length, 'a');
+                    text[at] = special;
+                    const std::u16string wide(text.begin(), text.end());
+                    const std::u16string quoted = QuoteField(std::u16string_view(wide), flags);
+                    const std::string expected = std::string(quoted.begin(), quoted.end()) + ",b\n";
+                    EXPECT_EQ(expected, Write({text, "b"}, flags, ',', "\n"))
+                        << "length " << length << " at " << at << " flags " << flags;
+                }
+            }
+        }
+    }
+}
+
+TEST(PutRecord, StaysWithinItsBoundAndMatchesWriteRecord)
+{
+    const std::vector<std::string_view> fields = {"\"\"\"\"", "", " lead", "a,b\\c", "plain"};
+    for (unsigned flags : {0u, unsigned{CSV_BACKSLASH_ESCAPE}, unsigned{CSV_QUOTE_ALL}}) {
+        const std::size_t bound = RecordBound(fields.data(), fields.size(), "\r\n");
+        std::string buffer(bound, '\x7f');
+        const char* end =
+            PutRecord(buffer.data(), flags, fields.data(), fields.size(), ';', "\r\n");
+        ASSERT_LE(end - buffer.data(), static_cast<std::ptrdiff_t>(bound));
+        EXPECT_EQ(Write(fields, flags, ';'), std::string(buffer.c_str(), end));
+    }
+}
+
 } // namespace
 } // namespace quirnel

@@ -80,6 +80,22 @@ TEST(TableControl, BorrowedCellsPointIntoTheAdoptedBuffer)
     EXPECT_GE(table.MemoryUsage().adoptedBytes, 11u);
 }
 
+TEST(TableControl, RowTextReadsWhatCellTextReads)
+{
+    TableControl table;
+    Fill(table, {"a", "b", "c"}, {{"x", "", "z"}});
+    table.SetCellText16(0, 2, u"wide");
+    std::string_view texts[3] = {"-", "-", "-"};
+    table.RowText8(0, texts);
+    EXPECT_EQ(texts[0], "x");
+    EXPECT_EQ(texts[1], "");
+    EXPECT_EQ(texts[2], "z");
+    std::string_view untouched[3] = {"-", "-", "-"};
+    table.RowText8(1, untouched);
+    table.RowText8(-1, untouched);
+    EXPECT_EQ(untouched[0], "-");
+}
+
 TEST(TableControl, LongTextsBeyondThePackedLengthSurvive)
 {
     TableControl table;
