@@ -230,6 +230,7 @@ bool LoadCsvFile(TableDocument& document, FileFormat& format, const std::string&
         table.ReserveTextWide(size);
     std::vector<int> longest(static_cast<std::size_t>(columns) + 1, 0);
     std::vector<std::string_view> raw;
+    std::vector<std::string_view> cells;
     std::vector<std::string> comments;
     const char separator = format.separator;
     const std::string_view separators(&separator, 1);
@@ -249,6 +250,12 @@ bool LoadCsvFile(TableDocument& document, FileFormat& format, const std::string&
             std::size_t estimate = (size - bytesRead) / perRecord;
             if (recordNumber == 0)
                 estimate /= 4;
+            // Every growth copies every column, so an estimate just short of the end must not
+            // be followed by many small ones: a little extra room, and at least an eighth more
+            // rows each time. The end trims what is left over.
+            else
+                estimate = std::max(estimate + estimate / 16 + 16,
+                                    static_cast<std::size_t>(recordNumber) / 8);
             // At least two rows; never past the largest row count an int can hold.
             const auto room = static_cast<std::size_t>(INT_MAX - recordNumber);
             estimate = std::clamp<std::size_t>(estimate, std::min<std::size_t>(2, room), room);
@@ -273,26 +280,29 @@ bool LoadCsvFile(TableDocument& document, FileFormat& format, const std::string&
                                 recordNumber, std::move(extra));
         }
         const int stored = std::min(fields, columns);
+        cells.resize(static_cast<std::size_t>(stored));
         for (int i = 0; i < stored; ++i) {
             // The field is cleaned where it lies: cleaning only ever shortens the text, and the
             // reader has already passed it.
             char* text = base + (raw[i].data() - whole.data() - offset);
             const std::string_view cell =
                 CsvRecordReader::UnquoteInPlace(text, raw[i].size(), flags);
-            if (cell.empty())
-                continue;
             int length = 0;
             if (unicode) {
+                if (cell.empty())
+                    continue;
                 const std::u16string_view wide = decoder.Wide(cell);
                 table.SetCellText16(recordNumber, i + 1, wide);
                 length = static_cast<int>(wide.size());
             } else {
-                table.SetCellText8Borrowed(recordNumber, i + 1, cell, handle);
+                cells[static_cast<std::size_t>(i)] = cell;
                 length = static_cast<int>(cell.size());
             }
             if (length > longest[i + 1])
                 longest[i + 1] = length;
         }
+        if (!unicode)
+            table.SetRowText8Borrowed(recordNumber, cells.data(), stored, handle);
         if (recordNumber % kProgressInterval == 0 &&
             !ui.UpdateProgress(static_cast<double>(reader.Position()) /
                                static_cast<double>(std::max<std::size_t>(size, 1)))) {

@@ -524,16 +524,21 @@ void TableControl::DeleteRows(std::span<const int> rows)
     for (std::size_t row = 0; row < oldCount; ++row)
         newIndex[row] = (s.flags[row] & kRowDoomed) ? -1 : next++;
     const std::size_t newCount = static_cast<std::size_t>(next);
+    // Rows above the first deleted one stay where they are: cutting off the end of a large
+    // table (a loader trimming its estimate) then moves no cell.
+    std::size_t firstDoomed = 0;
+    while (newIndex[firstDoomed] >= 0)
+        ++firstDoomed;
     for (std::vector<std::uint64_t>& column : s.cells) {
-        std::size_t write = 0;
-        for (std::size_t row = 0; row < oldCount; ++row)
+        std::size_t write = firstDoomed;
+        for (std::size_t row = firstDoomed; row < oldCount; ++row)
             if (newIndex[row] >= 0)
                 column[write++] = column[row];
         ResizeExactly(column, newCount, std::uint64_t{0});
     }
     {
-        std::size_t write = 0;
-        for (std::size_t row = 0; row < oldCount; ++row)
+        std::size_t write = firstDoomed;
+        for (std::size_t row = firstDoomed; row < oldCount; ++row)
             if (newIndex[row] >= 0)
                 s.flags[write++] = s.flags[row];
         ResizeExactly(s.flags, newCount, std::uint8_t{0});
@@ -1013,6 +1018,37 @@ bool TableControl::SetCellText8Borrowed(int row, int column, std::string_view te
         return false;
     *ref = (*ref & kCheckedBit) | m_store->pool.Borrow8(handle, text);
     return true;
+}
+
+void TableControl::SetRowText8Borrowed(int row, const std::string_view* texts, int count,
+                                       TextBufferHandle handle)
+{
+    if (row < 0 || row >= m_rowCount || count <= 0)
+        return;
+    Storage& s = *m_store;
+    const auto index = static_cast<std::size_t>(row);
+    const std::size_t cells = std::min(static_cast<std::size_t>(count), s.cells.size());
+    // The buffer is looked up once per row; each text then needs only Borrow8's range test.
+    const char* base = nullptr;
+    std::size_t size = 0;
+    const bool adopted = s.pool.AdoptedBuffer(handle, base, size);
+    const auto begin = reinterpret_cast<std::uintptr_t>(base);
+    for (std::size_t i = 0; i < cells; ++i) {
+        const std::string_view text = texts[i];
+        std::uint64_t textRef = 0;
+        if (!text.empty()) {
+            const auto start = reinterpret_cast<std::uintptr_t>(text.data());
+            if (adopted && start >= begin && start - begin <= size &&
+                text.size() <= size - (start - begin) && text.size() <= kLengthMask &&
+                start - begin <= kOffsetMask)
+                textRef =
+                    MakeRef(false, static_cast<std::uint32_t>(handle), start - begin, text.size());
+            else
+                textRef = s.pool.Store8(text);
+        }
+        std::uint64_t& ref = s.cells[i][index];
+        ref = (ref & kCheckedBit) | textRef;
+    }
 }
 
 void TableControl::ReserveTextWide(std::size_t units)

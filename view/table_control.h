@@ -386,6 +386,10 @@ public:
     /// `text` must lie inside the adopted buffer `handle`; nothing is copied. Text outside it
     /// (or beyond the packed limits) is copied instead.
     bool SetCellText8Borrowed(int row, int column, std::string_view text, TextBufferHandle handle);
+    /// SetCellText8Borrowed for a whole row at once: texts[i] goes to column i + 1, for
+    /// i < count (and below ColumnCount() - 1). For loaders that fill millions of cells.
+    void SetRowText8Borrowed(int row, const std::string_view* texts, int count,
+                             TextBufferHandle handle);
     /// A hint before many SetCellText16 calls (e.g. a converted file): arena room in UTF-16 units.
     void ReserveTextWide(std::size_t units);
 

@@ -1,5 +1,6 @@
-#include "ostrand/core/fatal.h"
 #include "view/table_storage.h"
+
+#include "ostrand/core/fatal.h"
 
 #include <algorithm>
 
@@ -130,6 +131,18 @@ int TextPool::Adopt(std::shared_ptr<const std::string> buffer)
     chunk.used = buffer->size();
     chunk.adopted = std::move(buffer);
     return static_cast<int>(id);
+}
+
+bool TextPool::AdoptedBuffer(int handle, const char*& base, std::size_t& size) const
+{
+    if (handle <= 0 || static_cast<std::size_t>(handle) >= m_chunks.size())
+        return false;
+    const Chunk& chunk = m_chunks[static_cast<std::size_t>(handle)];
+    if (!chunk.adopted)
+        return false;
+    base = chunk.adopted->data();
+    size = chunk.capacity;
+    return true;
 }
 
 std::uint64_t TextPool::Borrow8(int handle, std::string_view text)

@@ -72,6 +72,8 @@ public:
     /// A reference into an adopted buffer, or a copy when the text lies outside it.
     std::uint64_t Borrow8(int handle, std::string_view text);
     int Adopt(std::shared_ptr<const std::string> buffer);
+    /// The adopted buffer `handle` as [base, base + size); false for any other handle.
+    bool AdoptedBuffer(int handle, const char*& base, std::size_t& size) const;
     void Reserve16(std::size_t units);
     void Clear();
     /// Lets go of text no cell refers to: buffers without cells, arena blocks that are mostly

@@ -316,5 +316,31 @@ TEST(CsvRecordReader, RawFieldsFromScanMatchSplitter)
     }
 }
 
+TEST(UnquoteField, NarrowAgreesWithWideForEveryPlaceOfAMark)
+{
+    // 8-bit fields skip the rewrite when a quick look finds nothing to clean; 16-bit fields
+    // always take the full path. Any quote mark, space or line end the quick look misses
+    // shows up as a difference.
+    for (unsigned flags : {0u, unsigned{CSV_BACKSLASH_ESCAPE}}) {
+        for (char mark : std::string_view("\" \r\n\t\\")) {
+            for (std::size_t length = 1; length <= 24; ++length) {
+                for (std::size_t at = 0; at < length; ++at) {
+                    for (std::size_t second : {at, length - 1 - at}) {
+                        std::string text(length, 'a');
+                        text[at] = mark;
+                        text[second] = mark;
+                        const std::u16string wide(text.begin(), text.end());
+                        const std::string narrow = CsvRecordReader::UnquoteField(text, flags);
+                        const std::u16string expected =
+                            CsvRecordReader16::UnquoteField(wide, flags);
+                        EXPECT_EQ(expected, std::u16string(narrow.begin(), narrow.end()))
+                            << "\"" << text << "\" flags " << flags;
+                    }
+                }
+            }
+        }
+    }
+}
+
 } // namespace
 } // namespace quirnel

@@ -80,6 +80,35 @@ TEST(TableControl, BorrowedCellsPointIntoTheAdoptedBuffer)
     EXPECT_GE(table.MemoryUsage().adoptedBytes, 11u);
 }
 
+TEST(TableControl, WholeRowsBorrowLikeSingleCells)
+{
+    TableControl table;
+    Fill(table, {"a", "b", "c"}, {});
+    auto buffer = std::make_shared<const std::string>("alpha,beta\n");
+    const char* data = buffer->data();
+    const TextBufferHandle handle = table.AdoptTextBuffer(buffer);
+    table.SetRowCount(2);
+    table.SetCellChecked(0, 2, true);
+    table.SetCellText8(0, 3, "old");
+    const std::string outside = "gamma";
+    // The fourth text has no column and is ignored; the empty one clears its cell but keeps
+    // the check mark.
+    const std::string_view texts[] = {std::string_view(data, 5), "", outside, "extra"};
+    table.SetRowText8Borrowed(0, texts, 4, handle);
+    table.SetRowText8Borrowed(1, texts, 1, handle + 1);
+    table.SetRowText8Borrowed(2, texts, 3, handle);
+    EXPECT_EQ(table.CellText8(0, 1).data(), data);
+    EXPECT_EQ(table.CellText8(0, 2), "");
+    EXPECT_TRUE(table.CellChecked(0, 2));
+    EXPECT_EQ(table.CellText8(0, 3), "gamma");
+    EXPECT_NE(table.CellText8(0, 3).data(), outside.data());
+    // A handle that names no adopted buffer copies.
+    EXPECT_EQ(table.CellText8(1, 1), "alpha");
+    EXPECT_NE(table.CellText8(1, 1).data(), data);
+    EXPECT_EQ(table.CellText8(1, 2), "");
+    EXPECT_EQ(table.RowCount(), 2);
+}
+
 TEST(TableControl, RowTextReadsWhatCellTextReads)
 {
     TableControl table;
