@@ -109,6 +109,16 @@ MainWindow::~MainWindow()
 {
     m_document.Table().RemoveObserver(this);
     m_document.SetHooks(nullptr);
+    // Members are destroyed before QWidget deletes the children, yet the grid, the toolbar and
+    // the menus point into members (the table, the toolbar model, this host): they go first.
+    delete m_splitter;
+    m_splitter = nullptr;
+    m_grid = nullptr;
+    m_editor = nullptr;
+    delete m_toolbar;
+    m_toolbar = nullptr;
+    DestroyCommandActions(m_actions);
+    m_actions = nullptr;
 }
 
 // ---- building ----

@@ -19,6 +19,11 @@ void RefreshCommandStates(CommandActions* actions)
         actions->RefreshStates();
 }
 
+void DestroyCommandActions(CommandActions* actions)
+{
+    delete actions;
+}
+
 bool ColumnAlignmentCommand(int id, int& alignment)
 {
     return AlignmentFromCommand(id, alignment);

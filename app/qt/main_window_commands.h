@@ -16,6 +16,7 @@ class CommandHost;
 CommandActions* CreateCommandActions(QMainWindow* window, CommandHost& host,
                                      std::function<QWidget*()> cellEditor);
 void RefreshCommandStates(CommandActions* actions);
+void DestroyCommandActions(CommandActions* actions);
 
 /// The value a menu entry's id stands for; false when the id is not such an entry.
 bool ColumnAlignmentCommand(int id, int& alignment);
