@@ -86,6 +86,18 @@ public:
         return m_converted;
     }
 
+    /// Whether the bytes are ASCII text that this code page reads unit for unit, so that
+    /// widening them is their conversion.
+    bool WidensAsIs(std::string_view bytes) const
+    {
+        if (!m_asciiDecodes)
+            return false;
+        unsigned high = 0;
+        for (char c : bytes)
+            high |= static_cast<unsigned char>(c);
+        return high < 0x80;
+    }
+
     /// The text as UTF-8 for warnings: 8-bit text stays as read.
     std::string ForMessage(std::string_view bytes)
     {
@@ -291,9 +303,16 @@ bool LoadCsvFile(TableDocument& document, FileFormat& format, const std::string&
             if (unicode) {
                 if (cell.empty())
                     continue;
-                const std::u16string_view wide = decoder.Wide(cell);
-                table.SetCellText16(recordNumber, i + 1, wide);
-                length = static_cast<int>(wide.size());
+                if (decoder.WidensAsIs(cell)) {
+                    // Widened straight into the table's own memory.
+                    if (char16_t* units = table.NewCellText16(recordNumber, i + 1, cell.size()))
+                        WidenBytes(cell.data(), cell.size(), units);
+                    length = static_cast<int>(cell.size());
+                } else {
+                    const std::u16string_view wide = decoder.Wide(cell);
+                    table.SetCellText16(recordNumber, i + 1, wide);
+                    length = static_cast<int>(wide.size());
+                }
             } else {
                 cells[static_cast<std::size_t>(i)] = cell;
                 length = static_cast<int>(cell.size());

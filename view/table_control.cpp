@@ -965,6 +965,15 @@ bool TableControl::SetCellText16(int row, int column, std::u16string_view text)
     return StoreText(row, column, m_store->pool.Store16(text));
 }
 
+char16_t* TableControl::NewCellText16(int row, int column, std::size_t units)
+{
+    if (!CellRef(row, column))
+        return nullptr;
+    char16_t* out = nullptr;
+    StoreText(row, column, m_store->pool.Allocate16(units, out));
+    return out;
+}
+
 bool TableControl::ClearCell(int row, int column)
 {
     std::uint64_t* ref = CellRef(row, column);

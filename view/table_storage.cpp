@@ -120,6 +120,24 @@ std::uint64_t TextPool::Store16(std::u16string_view text)
     return ref;
 }
 
+std::uint64_t TextPool::Allocate16(std::size_t units, char16_t*& out)
+{
+    out = nullptr;
+    if (units == 0)
+        return kWideBit;
+    if (units > kLengthMask) {
+        m_long16.emplace_back(units, u'\0');
+        out = m_long16.back().data();
+        return MakeRef(true, kLongChunk, m_long16.size() - 1, 0);
+    }
+    std::uint32_t id = ArenaWithRoom(true, units);
+    Chunk& chunk = m_chunks[id];
+    out = chunk.units.get() + chunk.used;
+    std::uint64_t ref = MakeRef(true, id, chunk.used, units);
+    chunk.used += units;
+    return ref;
+}
+
 int TextPool::Adopt(std::shared_ptr<const std::string> buffer)
 {
     if (!buffer)

@@ -69,6 +69,9 @@ public:
 
     std::uint64_t Store8(std::string_view text);
     std::uint64_t Store16(std::u16string_view text);
+    /// Room for a new UTF-16 text of `units` units, which the caller fills through `out`
+    /// before anything else is stored; Store16 without the copy.
+    std::uint64_t Allocate16(std::size_t units, char16_t*& out);
     /// A reference into an adopted buffer, or a copy when the text lies outside it.
     std::uint64_t Borrow8(int handle, std::string_view text);
     int Adopt(std::shared_ptr<const std::string> buffer);

@@ -183,6 +183,7 @@ TEST_F(LoadCsvFileTest, Utf8MarkGivesUnicodeCells)
     EXPECT_EQ(u"n\u00e4me", m_document.ColumnNameWide(1));
     EXPECT_EQ(u"\u4e2d", m_document.CellText16(0, 1));
     EXPECT_EQ(u" x ", m_document.CellText16(0, 2));
+    EXPECT_TRUE(m_document.Table().CellIsWide(0, 2));
 }
 
 TEST_F(LoadCsvFileTest, CodePageConvertsCells)

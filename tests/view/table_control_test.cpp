@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
 #include <set>
 
@@ -123,6 +124,32 @@ TEST(TableControl, RowTextReadsWhatCellTextReads)
     table.RowText8(1, untouched);
     table.RowText8(-1, untouched);
     EXPECT_EQ(untouched[0], "-");
+}
+
+TEST(TableControl, NewWideTextIsFilledInPlace)
+{
+    TableControl table;
+    Fill(table, {"a", "b"}, {{"x", "y"}});
+    table.SetRowCount(2);
+    table.SetCellChecked(0, 1, true);
+    char16_t* units = table.NewCellText16(0, 1, 3);
+    ASSERT_NE(units, nullptr);
+    std::copy_n(u"abc", 3, units);
+    EXPECT_EQ(table.CellText16(0, 1), u"abc");
+    EXPECT_TRUE(table.CellIsWide(0, 1));
+    EXPECT_TRUE(table.CellChecked(0, 1));
+    // Texts past the packed length go to the long-text table, filled the same way.
+    const std::size_t longLength = 300000;
+    units = table.NewCellText16(1, 2, longLength);
+    ASSERT_NE(units, nullptr);
+    std::fill_n(units, longLength, u'q');
+    EXPECT_EQ(table.CellText16(1, 2), std::u16string(longLength, u'q'));
+    EXPECT_EQ(table.CellText16(0, 1), u"abc");
+    EXPECT_EQ(table.NewCellText16(0, 2, 0), nullptr);
+    EXPECT_TRUE(table.CellIsWide(0, 2));
+    EXPECT_TRUE(table.CellIsEmpty(0, 2));
+    EXPECT_EQ(table.NewCellText16(2, 1, 4), nullptr);
+    EXPECT_EQ(table.NewCellText16(0, 3, 4), nullptr);
 }
 
 TEST(TableControl, LongTextsBeyondThePackedLengthSurvive)
