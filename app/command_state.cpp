@@ -72,7 +72,7 @@ CommandState ComputeCommandState(int id, const DocumentState& state)
     return result;
 }
 
-CommandState ComputeCommandState(const MenuEntry& entry, const DocumentState& state)
+CommandState ComputeCommandState(const CommandMenuEntry& entry, const DocumentState& state)
 {
     CommandState result = ComputeCommandState(entry.id, state);
     if (entry.binding != OptionBinding::None) {

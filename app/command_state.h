@@ -8,7 +8,7 @@
 
 namespace quirnel {
 
-struct MenuEntry;
+struct CommandMenuEntry;
 
 /// The main-window boolean an Options check entry flips.
 enum class OptionBinding
@@ -86,7 +86,7 @@ public:
 CommandState ComputeCommandState(int id, const DocumentState& state);
 /// The same for a menu entry, whose bound boolean (if any) decides the check rather than its
 /// id, since several entries share one id.
-CommandState ComputeCommandState(const MenuEntry& entry, const DocumentState& state);
+CommandState ComputeCommandState(const CommandMenuEntry& entry, const DocumentState& state);
 
 /// Commands that switch something on and off, shown as checkable buttons and entries.
 bool IsToggleCommand(int id);

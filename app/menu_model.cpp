@@ -9,32 +9,32 @@
 namespace quirnel {
 namespace {
 
-MenuEntry Item(int id, std::string text)
+CommandMenuEntry Item(int id, std::string text)
 {
-    MenuEntry entry;
+    CommandMenuEntry entry;
     entry.id = id;
     entry.text = std::move(text);
     return entry;
 }
 
-MenuEntry CheckItem(int id, std::string text, OptionBinding binding = OptionBinding::None)
+CommandMenuEntry CheckItem(int id, std::string text, OptionBinding binding = OptionBinding::None)
 {
-    MenuEntry entry = Item(id, std::move(text));
+    CommandMenuEntry entry = Item(id, std::move(text));
     entry.check = MenuCheck::Check;
     entry.binding = binding;
     return entry;
 }
 
-MenuEntry Separator()
+CommandMenuEntry Separator()
 {
-    MenuEntry entry;
+    CommandMenuEntry entry;
     entry.kind = MenuEntryKind::Separator;
     return entry;
 }
 
-MenuEntry Submenu(std::string text, int popupId, std::vector<MenuEntry> children = {})
+CommandMenuEntry Submenu(std::string text, int popupId, std::vector<CommandMenuEntry> children = {})
 {
-    MenuEntry entry;
+    CommandMenuEntry entry;
     entry.kind = MenuEntryKind::Submenu;
     entry.text = std::move(text);
     entry.popupId = popupId;
@@ -42,7 +42,7 @@ MenuEntry Submenu(std::string text, int popupId, std::vector<MenuEntry> children
     return entry;
 }
 
-void AddHelp(std::vector<MenuEntry>& entries, bool helpAvailable, int id, std::string text)
+void AddHelp(std::vector<CommandMenuEntry>& entries, bool helpAvailable, int id, std::string text)
 {
     if (helpAvailable) {
         entries.push_back(Separator());
@@ -65,11 +65,11 @@ constexpr SortMethodText kSortMethodMenu[] = {
     {5, "Memory (e.g. 3.1 KB)"},
 };
 
-std::vector<MenuEntry> RowPopup(const DocumentState& state)
+std::vector<CommandMenuEntry> RowPopup(const DocumentState& state)
 {
     // "%s" of the row texts: a plural "s" from two selected rows on.
     const std::string s = state.selectedRowCount >= 2 ? "s" : "";
-    std::vector<MenuEntry> entries = {
+    std::vector<CommandMenuEntry> entries = {
         Item(cmd::kCopyRows, "Copy row" + s + "\tCtrl+Shift+C"),
         Item(cmd::kCreateRow, "Create row"),
         Item(cmd::kCutRows, "Cut row" + s + "\tCtrl+Shift+X"),
@@ -86,22 +86,22 @@ std::vector<MenuEntry> RowPopup(const DocumentState& state)
     return entries;
 }
 
-std::vector<MenuEntry> ColumnPopup(const DocumentState& state)
+std::vector<CommandMenuEntry> ColumnPopup(const DocumentState& state)
 {
-    std::vector<MenuEntry> entries;
+    std::vector<CommandMenuEntry> entries;
     const int column = state.currentColumn;
     // Column 0 holds the row numbers: it has no alignment of its own.
     if (column >= 1 && column < state.columnCount) {
-        std::vector<MenuEntry> alignment;
+        std::vector<CommandMenuEntry> alignment;
         const char* names[] = {"Left", "Center", "Right"};
         for (int i = 0; i < 3; ++i) {
-            MenuEntry entry = Item(cmd::kColumnAlignmentBase + i, names[i]);
+            CommandMenuEntry entry = Item(cmd::kColumnAlignmentBase + i, names[i]);
             entry.check = MenuCheck::Radio;
             alignment.push_back(std::move(entry));
         }
         entries.push_back(Submenu("Alignment", 0, std::move(alignment)));
     }
-    const MenuEntry fixed[] = {
+    const CommandMenuEntry fixed[] = {
         Item(cmd::kCombineColumns, "Combine columns"),
         Item(cmd::kCopyColumn, "Copy column"),
         Item(cmd::kCreateColumn, "Create column"),
@@ -119,9 +119,9 @@ std::vector<MenuEntry> ColumnPopup(const DocumentState& state)
     };
     entries.insert(entries.end(), std::begin(fixed), std::end(fixed));
     if (column >= 0 && column < state.columnCount) {
-        std::vector<MenuEntry> methods;
+        std::vector<CommandMenuEntry> methods;
         for (const SortMethodText& method : kSortMethodMenu) {
-            MenuEntry entry = Item(cmd::kSortMethodBase + method.value, method.text);
+            CommandMenuEntry entry = Item(cmd::kSortMethodBase + method.value, method.text);
             entry.check = MenuCheck::Radio;
             methods.push_back(std::move(entry));
         }
@@ -132,34 +132,35 @@ std::vector<MenuEntry> ColumnPopup(const DocumentState& state)
     return entries;
 }
 
-std::vector<MenuEntry> SortOnColumnPopup(const DocumentState& state)
+std::vector<CommandMenuEntry> SortOnColumnPopup(const DocumentState& state)
 {
-    std::vector<MenuEntry> entries;
+    std::vector<CommandMenuEntry> entries;
     if (state.columnCount < 2) {
         return entries;
     }
-    MenuEntry none = Item(SortOnColumnCommand(-1), "No sorting");
+    CommandMenuEntry none = Item(SortOnColumnCommand(-1), "No sorting");
     none.check = MenuCheck::Radio;
     entries.push_back(std::move(none));
     entries.push_back(Separator());
     for (int column = 1; column < state.columnCount; ++column) {
         const auto index = static_cast<std::size_t>(column);
-        MenuEntry entry = Item(SortOnColumnCommand(column),
-                               index < state.columnTitles.size() ? state.columnTitles[index] : "");
+        CommandMenuEntry entry =
+            Item(SortOnColumnCommand(column),
+                 index < state.columnTitles.size() ? state.columnTitles[index] : "");
         entry.check = MenuCheck::Radio;
         entries.push_back(std::move(entry));
     }
     return entries;
 }
 
-std::vector<MenuEntry> CharacterSetPopup(const DocumentState& state)
+std::vector<CommandMenuEntry> CharacterSetPopup(const DocumentState& state)
 {
-    std::vector<MenuEntry> entries;
+    std::vector<CommandMenuEntry> entries;
     const std::size_t count = std::min<std::size_t>(
         state.characterSets.size(),
         static_cast<std::size_t>(cmd::kCharacterSetLast - cmd::kCharacterSetBase + 1));
     for (std::size_t i = 0; i < count; ++i) {
-        MenuEntry entry =
+        CommandMenuEntry entry =
             Item(cmd::kCharacterSetBase + static_cast<int>(i), state.characterSets[i].name);
         entry.check = MenuCheck::Radio;
         entries.push_back(std::move(entry));
@@ -167,9 +168,9 @@ std::vector<MenuEntry> CharacterSetPopup(const DocumentState& state)
     return entries;
 }
 
-void FillChecks(std::vector<MenuEntry>& entries, const DocumentState& state)
+void FillChecks(std::vector<CommandMenuEntry>& entries, const DocumentState& state)
 {
-    for (MenuEntry& entry : entries) {
+    for (CommandMenuEntry& entry : entries) {
         if (entry.check != MenuCheck::None) {
             entry.checked = ComputeCommandState(entry, state).checked;
         }
@@ -197,7 +198,7 @@ std::vector<Menu> MainMenuBar(bool helpAvailable)
         Item(cmd::kExportToHtml, "Export to HTML"),
         Item(cmd::kPrint, "Print"),
     };
-    MenuEntry recent;
+    CommandMenuEntry recent;
     recent.kind = MenuEntryKind::RecentFiles;
     file.entries.push_back(std::move(recent));
     file.entries.push_back(Separator());
@@ -260,9 +261,9 @@ std::vector<Menu> MainMenuBar(bool helpAvailable)
     return menus;
 }
 
-std::vector<MenuEntry> OnInitPopup(int popupId, const DocumentState& state)
+std::vector<CommandMenuEntry> OnInitPopup(int popupId, const DocumentState& state)
 {
-    std::vector<MenuEntry> entries;
+    std::vector<CommandMenuEntry> entries;
     switch (popupId) {
     case cmd::kRowMenu:
         entries = RowPopup(state);
@@ -274,7 +275,7 @@ std::vector<MenuEntry> OnInitPopup(int popupId, const DocumentState& state)
         entries = SortOnColumnPopup(state);
         break;
     case cmd::kCellMenu: {
-        MenuEntry editor;
+        CommandMenuEntry editor;
         editor.kind = MenuEntryKind::CellEditorMenu;
         entries.push_back(std::move(editor));
         break;
@@ -289,9 +290,9 @@ std::vector<MenuEntry> OnInitPopup(int popupId, const DocumentState& state)
     return entries;
 }
 
-std::vector<MenuEntry> RecentFileEntries(const std::vector<std::string>& paths)
+std::vector<CommandMenuEntry> RecentFileEntries(const std::vector<std::string>& paths)
 {
-    std::vector<MenuEntry> entries;
+    std::vector<CommandMenuEntry> entries;
     const std::size_t count = std::min<std::size_t>(
         paths.size(), static_cast<std::size_t>(cmd::kRecentFileLast - cmd::kRecentFileBase + 1));
     for (std::size_t i = 0; i < count; ++i) {
@@ -310,32 +311,32 @@ std::vector<MenuEntry> RecentFileEntries(const std::vector<std::string>& paths)
     return entries;
 }
 
-std::vector<MenuEntry> ToolbarContextMenu(bool shown, int size, bool noTips)
+std::vector<CommandMenuEntry> ToolbarContextMenu(bool shown, int size, bool noTips)
 {
-    std::vector<MenuEntry> entries;
-    MenuEntry display = CheckItem(cmd::kDisplayToolbar, "Display toolbar");
+    std::vector<CommandMenuEntry> entries;
+    CommandMenuEntry display = CheckItem(cmd::kDisplayToolbar, "Display toolbar");
     display.checked = shown;
     entries.push_back(std::move(display));
     entries.push_back(Item(cmd::kCustomizeToolbar, "Customize toolbar"));
-    std::vector<MenuEntry> sizes;
+    std::vector<CommandMenuEntry> sizes;
     int position = 0;
     for (const ToolbarSizeChoice& choice : kToolbarSizes) {
-        MenuEntry entry = Item(cmd::kToolbarSizeBase + position++, std::string(choice.name));
+        CommandMenuEntry entry = Item(cmd::kToolbarSizeBase + position++, std::string(choice.name));
         entry.check = MenuCheck::Radio;
         entry.checked = choice.pixels == size;
         sizes.push_back(std::move(entry));
     }
     entries.push_back(Submenu("Toolbar size", 0, std::move(sizes)));
-    MenuEntry tips = CheckItem(cmd::kToolbarNoTips, "Balloon help disabled");
+    CommandMenuEntry tips = CheckItem(cmd::kToolbarNoTips, "Balloon help disabled");
     tips.checked = noTips;
     entries.push_back(std::move(tips));
     return entries;
 }
 
-std::vector<int> MenuCommandIds(const std::vector<MenuEntry>& entries)
+std::vector<int> MenuCommandIds(const std::vector<CommandMenuEntry>& entries)
 {
     std::vector<int> ids;
-    for (const MenuEntry& entry : entries) {
+    for (const CommandMenuEntry& entry : entries) {
         if (entry.kind == MenuEntryKind::Command) {
             ids.push_back(entry.id);
         }

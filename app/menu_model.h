@@ -29,7 +29,7 @@ enum class MenuCheck
     Radio,
 };
 
-struct MenuEntry
+struct CommandMenuEntry
 {
     MenuEntryKind kind = MenuEntryKind::Command;
     int id = 0;
@@ -40,7 +40,7 @@ struct MenuEntry
     /// Filled by OnInitPopup; fixed menus ask ComputeCommandState when they open.
     bool checked = false;
     int popupId = 0;
-    std::vector<MenuEntry> children;
+    std::vector<CommandMenuEntry> children;
 };
 
 struct Menu
@@ -48,7 +48,7 @@ struct Menu
     std::string title;
     /// 0 for a menu built once; else the popup id OnInitPopup fills it by.
     int popupId = 0;
-    std::vector<MenuEntry> entries;
+    std::vector<CommandMenuEntry> entries;
 };
 
 /// "&File", "&Options", "C&ell", "&Column", "&Row", "T&able", "&Tools", left to right.
@@ -56,17 +56,17 @@ std::vector<Menu> MainMenuBar(bool helpAvailable);
 
 /// The entries of popup popupId for this state (Row 16151, Column 16175, Sort on column
 /// 16219, Cell 16220, Character set); empty for any other id.
-std::vector<MenuEntry> OnInitPopup(int popupId, const DocumentState& state);
+std::vector<CommandMenuEntry> OnInitPopup(int popupId, const DocumentState& state);
 
 /// "&1 name" entries for the recent files, ids from kRecentFileBase.
-std::vector<MenuEntry> RecentFileEntries(const std::vector<std::string>& paths);
+std::vector<CommandMenuEntry> RecentFileEntries(const std::vector<std::string>& paths);
 
 /// The toolbar's own context menu: "Display toolbar", "Customize toolbar", the "Toolbar size"
 /// choices (ids from kToolbarSizeBase, the current one checked), "Balloon help disabled".
-std::vector<MenuEntry> ToolbarContextMenu(bool shown, int size, bool noTips);
+std::vector<CommandMenuEntry> ToolbarContextMenu(bool shown, int size, bool noTips);
 
 /// Every command id a menu (fixed or popup, at any depth) can send, for checking references.
-std::vector<int> MenuCommandIds(const std::vector<MenuEntry>& entries);
+std::vector<int> MenuCommandIds(const std::vector<CommandMenuEntry>& entries);
 
 /// The id of the "Sort on column" entry for a column; -1 gives "No sorting".
 int SortOnColumnCommand(int column);

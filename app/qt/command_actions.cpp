@@ -68,9 +68,9 @@ Qt::KeyboardModifiers QtModifiers(int mask)
     return modifiers;
 }
 
-MenuEntry CommandEntry(int id)
+CommandMenuEntry CommandEntry(int id)
 {
-    MenuEntry entry;
+    CommandMenuEntry entry;
     entry.id = id;
     return entry;
 }
@@ -106,15 +106,16 @@ void CommandActions::SetCellEditorProvider(std::function<QWidget*()> provider)
     m_cellEditor = std::move(provider);
 }
 
-void CommandActions::AddEntries(QMenu* menu, const std::vector<MenuEntry>& entries, bool track)
+void CommandActions::AddEntries(QMenu* menu, const std::vector<CommandMenuEntry>& entries,
+                                bool track)
 {
-    for (const MenuEntry& entry : entries) {
+    for (const CommandMenuEntry& entry : entries) {
         AddEntry(menu, entry, nullptr, track);
     }
 }
 
-QAction* CommandActions::AddEntry(QMenu* menu, const MenuEntry& entry, const DocumentState* state,
-                                  bool track)
+QAction* CommandActions::AddEntry(QMenu* menu, const CommandMenuEntry& entry,
+                                  const DocumentState* state, bool track)
 {
     switch (entry.kind) {
     case MenuEntryKind::Separator:
@@ -127,7 +128,7 @@ QAction* CommandActions::AddEntry(QMenu* menu, const MenuEntry& entry, const Doc
                     [this, submenu, popupId] { FillPopup(submenu, popupId); });
         } else {
             QActionGroup* radios = nullptr;
-            for (const MenuEntry& child : entry.children) {
+            for (const CommandMenuEntry& child : entry.children) {
                 QAction* action = AddEntry(submenu, child, state, track);
                 if (child.check == MenuCheck::Radio) {
                     if (!radios) {
@@ -185,7 +186,7 @@ void CommandActions::FillPopup(QMenu* menu, int popupId)
     menu->clear();
     const DocumentState state = m_host.CurrentState();
     QActionGroup* radios = nullptr;
-    for (const MenuEntry& entry : OnInitPopup(popupId, state)) {
+    for (const CommandMenuEntry& entry : OnInitPopup(popupId, state)) {
         QAction* action = AddEntry(menu, entry, &state, false);
         if (action && entry.kind == MenuEntryKind::Command && entry.check == MenuCheck::Radio) {
             if (!radios) {
@@ -203,7 +204,7 @@ void CommandActions::FillRecentFiles(QMenu* menu)
         action->deleteLater();
     }
     m_recentActions.clear();
-    for (const MenuEntry& entry : RecentFileEntries(m_host.CurrentState().recentFiles)) {
+    for (const CommandMenuEntry& entry : RecentFileEntries(m_host.CurrentState().recentFiles)) {
         auto* action = new QAction(ToQString(entry.text), menu);
         action->setData(entry.id);
         connect(action, &QAction::triggered, this, [this, entry] { Dispatch(entry); });
@@ -281,7 +282,7 @@ QAction* CommandActions::ToolbarAction(int id)
     return action;
 }
 
-void CommandActions::Dispatch(const MenuEntry& entry)
+void CommandActions::Dispatch(const CommandMenuEntry& entry)
 {
     const DocumentState state = m_host.CurrentState();
     if (!ComputeCommandState(entry.id, state).enabled) {

@@ -37,7 +37,7 @@ public:
     QAction* ToolbarAction(int id);
 
     /// Sends id as a menu entry would (a bound boolean is flipped first), unless disabled.
-    void Dispatch(const MenuEntry& entry);
+    void Dispatch(const CommandMenuEntry& entry);
     /// Re-reads enabled and checked of the toolbar actions and the fixed menus' entries.
     void RefreshStates();
 
@@ -49,11 +49,12 @@ private:
     struct TrackedAction
     {
         QAction* action;
-        MenuEntry entry;
+        CommandMenuEntry entry;
     };
 
-    void AddEntries(QMenu* menu, const std::vector<MenuEntry>& entries, bool track);
-    QAction* AddEntry(QMenu* menu, const MenuEntry& entry, const DocumentState* state, bool track);
+    void AddEntries(QMenu* menu, const std::vector<CommandMenuEntry>& entries, bool track);
+    QAction* AddEntry(QMenu* menu, const CommandMenuEntry& entry, const DocumentState* state,
+                      bool track);
     void FillPopup(QMenu* menu, int popupId);
     void FillRecentFiles(QMenu* menu);
     void AddCellEditorEntries(QMenu* menu);

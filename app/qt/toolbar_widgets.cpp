@@ -148,10 +148,10 @@ QMenu* MainToolbar::CreateContextMenu(QWidget* parent)
     return menu;
 }
 
-void MainToolbar::AddContextEntries(QMenu* menu, const std::vector<MenuEntry>& entries)
+void MainToolbar::AddContextEntries(QMenu* menu, const std::vector<CommandMenuEntry>& entries)
 {
     QActionGroup* radios = nullptr;
-    for (const MenuEntry& entry : entries) {
+    for (const CommandMenuEntry& entry : entries) {
         if (entry.kind == MenuEntryKind::Submenu) {
             AddContextEntries(menu->addMenu(ToQString(entry.text)), entry.children);
             continue;

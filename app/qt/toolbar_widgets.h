@@ -21,7 +21,7 @@ class QTreeWidget;
 namespace quirnel {
 
 class CommandActions;
-struct MenuEntry;
+struct CommandMenuEntry;
 
 class MainToolbar : public QObject
 {
@@ -53,7 +53,7 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    void AddContextEntries(QMenu* menu, const std::vector<MenuEntry>& entries);
+    void AddContextEntries(QMenu* menu, const std::vector<CommandMenuEntry>& entries);
 
     QMainWindow* m_window;
     ToolbarModel& m_model;

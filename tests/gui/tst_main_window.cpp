@@ -4,6 +4,7 @@
 #include "app/command_ids.h"
 #include "app/qt/main_window.h"
 #include "app/qt/table_pane.h"
+#include "view/qt/grid_view.h"
 
 #include <QAbstractItemView>
 #include <QApplication>
@@ -15,6 +16,8 @@
 #include <QFileInfo>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMenu>
+#include <QMenuBar>
 #include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -24,6 +27,7 @@
 #include <QTimer>
 
 #include <functional>
+#include <memory>
 
 using namespace quirnel;
 
@@ -444,6 +448,22 @@ private slots:
         QVERIFY(state.hasHandler(cmd::kRecentFileBase + 1));
         window->OnCommand(cmd::kRecentFileBase + 1);
         QCOMPARE(window->Document().Path(), first.toStdString());
+    }
+
+    // Both menu families used to share a record name; the grid's menus crashed the editor.
+    void GridMenusAndTheMenuBarLiveTogether()
+    {
+        const QString file = Path(QStringLiteral("g.csv"));
+        WriteBytes(file, "A,B\r\n1,2\r\n3,4\r\n");
+        auto window = NewWindow();
+        QVERIFY(window->OpenPath(file.toStdString()));
+        auto* grid = static_cast<quirnel::GridView*>(window->Grid()->View());
+        std::unique_ptr<QMenu> header(grid->BuildHeaderMenu(1, window.get()));
+        std::unique_ptr<QMenu> cell(grid->BuildCellMenu(0, 1, window.get()));
+        QVERIFY(!header->actions().isEmpty());
+        QVERIFY(!cell->actions().isEmpty());
+        QVERIFY(!window->menuBar()->actions().isEmpty());
+        QCOMPARE(window->menuBar()->actions().front()->text(), QStringLiteral("&File"));
     }
 
     void LoadWarningsAreListed()

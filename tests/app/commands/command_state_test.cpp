@@ -38,7 +38,7 @@ TEST(CommandState, EntriesSharingAnIdAreCheckedByTheirOwnBoolean)
     state.warnTooFew = false;
     state.copyRowsNoColumnNames = true;
     const std::vector<Menu> menus = MainMenuBar(false);
-    const std::vector<MenuEntry>& options = menus[1].entries;
+    const std::vector<CommandMenuEntry>& options = menus[1].entries;
     // "Copy rows: no column names", "Filter: case sensitive", "Filter: whole word",
     // "Warn if too few columns".
     EXPECT_TRUE(ComputeCommandState(options[4], state).checked);
@@ -54,7 +54,7 @@ TEST(CommandState, CharacterSetFollowsTheCodePage)
     DocumentState state;
     state.characterSets = {{"8-bit ASCII (System Default)", 0}, {"UTF-8 (Unicode)", 65001}};
     state.currentCodePage = 65001;
-    const std::vector<MenuEntry> entries = OnInitPopup(cmd::kCharacterSetMenu, state);
+    const std::vector<CommandMenuEntry> entries = OnInitPopup(cmd::kCharacterSetMenu, state);
     ASSERT_EQ(entries.size(), 2u);
     EXPECT_FALSE(entries[0].checked);
     EXPECT_TRUE(entries[1].checked);

@@ -10,10 +10,10 @@
 namespace quirnel {
 namespace {
 
-std::vector<std::string> Texts(const std::vector<MenuEntry>& entries)
+std::vector<std::string> Texts(const std::vector<CommandMenuEntry>& entries)
 {
     std::vector<std::string> texts;
-    for (const MenuEntry& entry : entries) {
+    for (const CommandMenuEntry& entry : entries) {
         texts.push_back(entry.kind == MenuEntryKind::Separator ? "-" : entry.text);
     }
     return texts;
@@ -28,9 +28,10 @@ DocumentState ThreeColumns()
     return state;
 }
 
-const MenuEntry* FindSubmenu(const std::vector<MenuEntry>& entries, const std::string& text)
+const CommandMenuEntry* FindSubmenu(const std::vector<CommandMenuEntry>& entries,
+                                    const std::string& text)
 {
-    for (const MenuEntry& entry : entries) {
+    for (const CommandMenuEntry& entry : entries) {
         if (entry.kind == MenuEntryKind::Submenu && entry.text == text) {
             return &entry;
         }
@@ -63,7 +64,7 @@ TEST(RowMenu, SaysRowsWithTwoSelectedRows)
     DocumentState state;
     state.selectedRowCount = 2;
     state.helpAvailable = true;
-    const std::vector<MenuEntry> entries = OnInitPopup(cmd::kRowMenu, state);
+    const std::vector<CommandMenuEntry> entries = OnInitPopup(cmd::kRowMenu, state);
     const std::vector<std::string> expected = {
         "Copy rows\tCtrl+Shift+C",
         "Create row",
@@ -97,11 +98,11 @@ TEST(SortOnColumnMenu, IsEmptyWithFewerThanTwoColumns)
 TEST(SortOnColumnMenu, ListsColumnsAndChecksTheSortedOne)
 {
     DocumentState state = ThreeColumns();
-    std::vector<MenuEntry> entries = OnInitPopup(cmd::kSortOnColumnMenu, state);
+    std::vector<CommandMenuEntry> entries = OnInitPopup(cmd::kSortOnColumnMenu, state);
     EXPECT_EQ(Texts(entries), (std::vector<std::string>{"No sorting", "-", "Name", "Price"}));
     EXPECT_TRUE(entries[0].checked);
     EXPECT_FALSE(entries[3].checked);
-    for (const MenuEntry& entry : entries) {
+    for (const CommandMenuEntry& entry : entries) {
         if (entry.kind == MenuEntryKind::Command) {
             EXPECT_EQ(entry.check, MenuCheck::Radio);
         }
@@ -172,9 +173,9 @@ TEST(ColumnMenu, SubmenusMarkTheColumnsCurrentChoices)
     state.currentColumn = 1;
     state.currentColumnAlignment = 2;
     state.currentColumnSortMethod = 3;
-    const std::vector<MenuEntry> entries = OnInitPopup(cmd::kColumnMenu, state);
+    const std::vector<CommandMenuEntry> entries = OnInitPopup(cmd::kColumnMenu, state);
 
-    const MenuEntry* alignment = FindSubmenu(entries, "Alignment");
+    const CommandMenuEntry* alignment = FindSubmenu(entries, "Alignment");
     ASSERT_NE(alignment, nullptr);
     EXPECT_EQ(Texts(alignment->children), (std::vector<std::string>{"Left", "Center", "Right"}));
     EXPECT_FALSE(alignment->children[0].checked);
@@ -183,7 +184,7 @@ TEST(ColumnMenu, SubmenusMarkTheColumnsCurrentChoices)
     ASSERT_TRUE(AlignmentFromCommand(alignment->children[1].id, value));
     EXPECT_EQ(value, 1);
 
-    const MenuEntry* methods = FindSubmenu(entries, "Sort method");
+    const CommandMenuEntry* methods = FindSubmenu(entries, "Sort method");
     ASSERT_NE(methods, nullptr);
     EXPECT_EQ(Texts(methods->children),
               (std::vector<std::string>{"Text (case insensitive)", "Text (case sensitive)",
@@ -264,14 +265,14 @@ TEST(MainMenuBar, EveryReferenceResolves)
     state.helpAvailable = true;
     state.characterSets = {{"8-bit ASCII (System Default)", 0}, {"UTF-8 (Unicode)", 65001}};
     for (const Menu& menu : MainMenuBar(true)) {
-        std::vector<MenuEntry> entries = menu.entries;
+        std::vector<CommandMenuEntry> entries = menu.entries;
         if (menu.popupId != 0) {
             entries = OnInitPopup(menu.popupId, state);
             if (menu.popupId != cmd::kCellMenu) {
                 EXPECT_FALSE(entries.empty()) << menu.title;
             }
         }
-        for (MenuEntry& entry : entries) {
+        for (CommandMenuEntry& entry : entries) {
             if (entry.kind == MenuEntryKind::Submenu && entry.popupId != 0) {
                 EXPECT_TRUE(entry.children.empty());
                 entry.children = OnInitPopup(entry.popupId, state);
@@ -292,7 +293,7 @@ TEST(MainMenuBar, EveryReferenceResolves)
 
 TEST(ToolbarContextMenu, OffersDisplayCustomizeSizeAndTips)
 {
-    const std::vector<MenuEntry> entries = ToolbarContextMenu(true, 32, false);
+    const std::vector<CommandMenuEntry> entries = ToolbarContextMenu(true, 32, false);
     EXPECT_EQ(Texts(entries), (std::vector<std::string>{"Display toolbar", "Customize toolbar",
                                                         "Toolbar size", "Balloon help disabled"}));
     EXPECT_EQ(entries[0].id, 11517);
@@ -306,7 +307,8 @@ TEST(ToolbarContextMenu, OffersDisplayCustomizeSizeAndTips)
 
 TEST(RecentFileEntries, NumbersEntriesAndKeepsAmpersands)
 {
-    const std::vector<MenuEntry> entries = RecentFileEntries({"/tmp/a.csv", "/data/R&D.csv"});
+    const std::vector<CommandMenuEntry> entries =
+        RecentFileEntries({"/tmp/a.csv", "/data/R&D.csv"});
     EXPECT_EQ(Texts(entries), (std::vector<std::string>{"&1 /tmp/a.csv", "&2 /data/R&&D.csv"}));
     EXPECT_EQ(entries[0].id, cmd::kRecentFileBase);
     EXPECT_EQ(entries[1].id, cmd::kRecentFileBase + 1);
