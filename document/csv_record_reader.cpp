@@ -59,6 +59,20 @@ template <typename Char> const Char* FindQuoteOrNul(const Char* from, const Char
     }
 }
 
+#if defined(__SSE2__)
+/// Bit i set when p[i] is the separator, CR, LF or NUL: the characters that end an unquoted
+/// field when there is one separator and no escapes. Reads p[0] to p[15].
+unsigned StopMask(const char* p, char separator)
+{
+    const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
+    const __m128i hits = _mm_or_si128(_mm_or_si128(_mm_cmpeq_epi8(block, _mm_set1_epi8(separator)),
+                                                   _mm_cmpeq_epi8(block, _mm_set1_epi8('\r'))),
+                                      _mm_or_si128(_mm_cmpeq_epi8(block, _mm_set1_epi8('\n')),
+                                                   _mm_cmpeq_epi8(block, _mm_setzero_si128())));
+    return static_cast<unsigned>(_mm_movemask_epi8(hits));
+}
+#endif
+
 /// The first character at or after `p` whose class is not ordinary. With a single separator and
 /// no escapes that set is {separator, CR, LF, NUL}, which is tested sixteen bytes at a time.
 const char* SkipOrdinary(const char* p, const char* end, const unsigned char* classes,
@@ -66,18 +80,10 @@ const char* SkipOrdinary(const char* p, const char* end, const unsigned char* cl
 {
 #if defined(__SSE2__)
     if (simpleSeparator) {
-        const __m128i separator = _mm_set1_epi8(simpleSeparator);
-        const __m128i cr = _mm_set1_epi8('\r');
-        const __m128i lf = _mm_set1_epi8('\n');
-        const __m128i zero = _mm_setzero_si128();
         while (end - p >= 16) {
-            const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
-            const __m128i hits = _mm_or_si128(
-                _mm_or_si128(_mm_cmpeq_epi8(block, separator), _mm_cmpeq_epi8(block, cr)),
-                _mm_or_si128(_mm_cmpeq_epi8(block, lf), _mm_cmpeq_epi8(block, zero)));
-            const int mask = _mm_movemask_epi8(hits);
+            const unsigned mask = StopMask(p, simpleSeparator);
             if (mask)
-                return p + __builtin_ctz(static_cast<unsigned>(mask));
+                return p + __builtin_ctz(mask);
             p += 16;
         }
     }
@@ -313,6 +319,41 @@ bool BasicCsvRecordReader<Char>::ReadSeparated(View& record, unsigned flags, Vie
             }
         }
         if constexpr (sizeof(Char) == 1) {
+#if defined(__SSE2__)
+            if (simpleSeparator && rawFields) {
+                // Inside an unquoted field. Every separator in a block is taken in turn while
+                // the field after it starts plainly (no space, no quote mark), so a block of
+                // short fields is loaded once. Anything else goes back to the steps below.
+                bool atStart = false;
+                bool stopped = false;
+                while (!stopped && end - p >= 16) {
+                    for (unsigned mask = StopMask(p, simpleSeparator); mask; mask &= mask - 1) {
+                        const Char* const hit = p + __builtin_ctz(mask);
+                        if (*hit != simpleSeparator) {
+                            p = hit;
+                            stopped = true;
+                            break;
+                        }
+                        rawFields->emplace_back(fieldStart,
+                                                static_cast<std::size_t>(hit - fieldStart));
+                        fieldStart = hit + 1;
+                        if (fieldStart == end || *fieldStart == Char(' ') ||
+                            *fieldStart == Char('"')) {
+                            p = fieldStart;
+                            atStart = true;
+                            stopped = true;
+                            break;
+                        }
+                    }
+                    if (!stopped)
+                        p += 16;
+                }
+                if (atStart) {
+                    atFieldStart = true;
+                    continue;
+                }
+            }
+#endif
             p = SkipOrdinary(p, end, m_classes, simpleSeparator);
             if (p == end)
                 break;

@@ -289,10 +289,13 @@ TEST(CsvRecordReader, RawFieldsFromScanMatchSplitter)
     // The loader takes field bounds from the record scan; they must be the splitter's.
     std::mt19937 random(99);
     const char alphabet[] = {'a', ',', '"', '\r', '\n', ' ', '\0', '\t', ';'};
-    for (int round = 0; round < 3000; ++round) {
-        std::string data(random() % 48, '\0');
+    for (int round = 0; round < 6000; ++round) {
+        // Every other round has long records of mostly plain text, where the scan takes many
+        // fields from one block.
+        const bool plainText = round % 2 == 1;
+        std::string data(random() % (plainText ? 160 : 48), '\0');
         for (char& c : data)
-            c = alphabet[random() % sizeof alphabet];
+            c = plainText && random() % 3 != 0 ? 'a' : alphabet[random() % sizeof alphabet];
         const unsigned flags = round % 4 == 0 ? CSV_BACKSLASH_ESCAPE : 0;
         CsvRecordReader scanning(data);
         CsvRecordReader plain(data);
