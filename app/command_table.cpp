@@ -215,8 +215,8 @@ const CommandSpec* FindCommand(int id)
 
 std::string_view CommandIconName(int id)
 {
-    if (const CommandSpec* spec = FindCommand(id)) {
-        return spec->icon;
+    if (const CommandSpec* command = FindCommand(id)) {
+        return command->icon;
     }
     for (const MenuOnlyIcon& entry : kMenuOnlyIcons) {
         if (entry.id == id) {

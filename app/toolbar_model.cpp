@@ -214,13 +214,13 @@ void ToolbarModel::Exchange(ost::SettingsExchange& exchange)
 
 void BuildMainToolbar(ToolbarModel& toolbar)
 {
-    for (const CommandSpec& spec : CommandTable()) {
-        if (spec.kind == CommandKind::Button) {
-            toolbar.RegisterCommand(spec.icon, spec.id, spec.description, spec.label,
-                                    spec.hiddenByDefault, spec.caption, spec.shortcut,
-                                    spec.lastInGroup);
-        } else if (spec.kind == CommandKind::GroupCaption) {
-            toolbar.AddToolbarGroupLabel(spec.caption, spec.hiddenByDefault);
+    for (const CommandSpec& command : CommandTable()) {
+        if (command.kind == CommandKind::Button) {
+            toolbar.RegisterCommand(command.icon, command.id, command.description, command.label,
+                                    command.hiddenByDefault, command.caption, command.shortcut,
+                                    command.lastInGroup);
+        } else if (command.kind == CommandKind::GroupCaption) {
+            toolbar.AddToolbarGroupLabel(command.caption, command.hiddenByDefault);
         }
     }
 }

@@ -263,15 +263,15 @@ QAction* CommandActions::ToolbarAction(int id)
             return action;
         }
     }
-    const CommandSpec* spec = FindCommand(id);
-    if (!spec || spec->kind != CommandKind::Button) {
+    const CommandSpec* command = FindCommand(id);
+    if (!command || command->kind != CommandKind::Button) {
         return nullptr;
     }
-    const std::string_view text = spec->caption.empty() ? spec->label : spec->caption;
-    auto* action = new QAction(CommandIcon(spec->icon), WithoutMnemonics(text), this);
-    QString tip = ToQString(spec->description);
-    if (!spec->shortcut.empty()) {
-        tip += QStringLiteral(" (") + ToQString(spec->shortcut) + QLatin1Char(')');
+    const std::string_view text = command->caption.empty() ? command->label : command->caption;
+    auto* action = new QAction(CommandIcon(command->icon), WithoutMnemonics(text), this);
+    QString tip = ToQString(command->description);
+    if (!command->shortcut.empty()) {
+        tip += QStringLiteral(" (") + ToQString(command->shortcut) + QLatin1Char(')');
     }
     action->setToolTip(tip);
     action->setData(id);

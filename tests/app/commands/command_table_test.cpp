@@ -191,17 +191,17 @@ TEST(CommandTable, IdsIconsAndShortcutsAreUnique)
     std::set<int> ids;
     std::set<std::string_view> icons;
     std::set<std::string_view> shortcuts;
-    for (const CommandSpec& spec : CommandTable()) {
-        if (spec.kind == CommandKind::GroupCaption) {
-            EXPECT_EQ(spec.id, 0);
+    for (const CommandSpec& command : CommandTable()) {
+        if (command.kind == CommandKind::GroupCaption) {
+            EXPECT_EQ(command.id, 0);
             continue;
         }
-        EXPECT_TRUE(ids.insert(spec.id).second) << spec.id;
-        if (!spec.icon.empty()) {
-            EXPECT_TRUE(icons.insert(spec.icon).second) << spec.icon;
+        EXPECT_TRUE(ids.insert(command.id).second) << command.id;
+        if (!command.icon.empty()) {
+            EXPECT_TRUE(icons.insert(command.icon).second) << command.icon;
         }
-        if (!spec.shortcut.empty()) {
-            EXPECT_TRUE(shortcuts.insert(spec.shortcut).second) << spec.shortcut;
+        if (!command.shortcut.empty()) {
+            EXPECT_TRUE(shortcuts.insert(command.shortcut).second) << command.shortcut;
         }
     }
 }
@@ -210,8 +210,8 @@ TEST(CommandTable, EveryShownShortcutIsBoundToItsCommand)
 {
     AcceleratorTable accelerators;
     BuildMainAccelerators(accelerators);
-    for (const CommandSpec& spec : CommandTable()) {
-        if (spec.shortcut.empty()) {
+    for (const CommandSpec& command : CommandTable()) {
+        if (command.shortcut.empty()) {
             continue;
         }
         bool bound = false;
