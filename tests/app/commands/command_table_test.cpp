@@ -216,12 +216,13 @@ TEST(CommandTable, EveryShownShortcutIsBoundToItsCommand)
         }
         bool bound = false;
         for (const Accelerator& a : accelerators.Entries()) {
-            if (ShortcutText(a.keyCode, a.modifiers) == spec.shortcut) {
-                EXPECT_EQ(a.id, spec.id) << spec.shortcut;
+            if (ShortcutText(a.keyCode, a.modifiers) == command.shortcut) {
+                EXPECT_EQ(a.id, command.id) << command.shortcut;
                 bound = true;
             }
         }
-        EXPECT_TRUE(bound) << spec.label << " shows " << spec.shortcut << " but nothing binds it";
+        EXPECT_TRUE(bound) << command.label << " shows " << command.shortcut
+                           << " but nothing binds it";
     }
 }
 
