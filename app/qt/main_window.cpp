@@ -2,9 +2,11 @@
 
 #include "app/command_ids.h"
 #include "app/instance_protocol.h"
+#include "app/jump_to_row.h"
 #include "app/qt/association_dialog.h"
 #include "app/qt/file_dialogs.h"
 #include "app/qt/instance_finder.h"
+#include "app/qt/jump_to_row_dialog.h"
 #include "app/qt/main_window_commands.h"
 #include "app/qt/preferences_dialog.h"
 #include "app/qt/table_pane.h"
@@ -20,6 +22,7 @@
 
 #include <QApplication>
 #include <QCheckBox>
+#include <QClipboard>
 #include <QCloseEvent>
 #include <QDesktopServices>
 #include <QDockWidget>
@@ -82,6 +85,56 @@ public:
 private:
     ost::SettingsFile& m_file;
 };
+
+/// The commands this window carries out; the others show disabled until their handlers exist.
+bool WindowHandles(int id)
+{
+    switch (id) {
+    case cmd::kNewFile:
+    case cmd::kOpenFile:
+    case cmd::kOpenNonstandardFile:
+    case cmd::kSaveFile:
+    case cmd::kSaveFileAs:
+    case cmd::kCloseFile:
+    case cmd::kExit:
+    case cmd::kFileProperties:
+    case cmd::kExploreFolder:
+    case cmd::kPreferences:
+    case cmd::kCustomizeToolbar:
+    case cmd::kDisplayToolbar:
+    case cmd::kToggleBoundOption:
+    case cmd::kMultilineEditingMode:
+    case cmd::kMultilineEditingOption:
+    case cmd::kWarningsVisible:
+    case cmd::kDisplayWarnings:
+    case cmd::kGoToWarning:
+    case cmd::kDismissWarning:
+    case cmd::kAssociateFileType:
+    case cmd::kFilterEnabled:
+    case cmd::kFilterText:
+    case cmd::kFilterOptionChanged:
+    case cmd::kRowMenu:
+    case cmd::kColumnMenu:
+    case cmd::kSortOnColumnMenu:
+    case cmd::kCellMenu:
+    case cmd::kCharacterSetMenu:
+    case cmd::kBookmarkReturn:
+    case cmd::kBookmarkSet:
+    case cmd::kSelectAllRows:
+    case cmd::kDeselectAllRows:
+    case cmd::kJumpToRow:
+    case cmd::kMaximizeColumnWidths:
+    case cmd::kMinimizeColumnWidths:
+    case cmd::kTableStatistics:
+        return true;
+    default:
+        return (id >= cmd::kRecentFileBase && id <= cmd::kRecentFileLast) ||
+               (id >= cmd::kCharacterSetBase && id <= cmd::kCharacterSetLast) ||
+               (id >= cmd::kColumnAlignmentBase && id < cmd::kColumnAlignmentBase + 3) ||
+               (id >= cmd::kSortMethodBase && id < cmd::kSortMethodBase + 6) ||
+               id >= cmd::kSortOnColumnBase - 1;
+    }
+}
 
 } // namespace
 
@@ -165,7 +218,7 @@ void MainWindow::BuildPanes()
     connect(m_grid, &TablePane::CurrentCellChanged, this, [this] { ShowCurrentCellInEditor(); });
     connect(m_grid, &TablePane::CellEdited, this, [this] { MarkModified(); });
     connect(m_grid, &TablePane::GridCommand, this,
-            [this](int command, int, int, int) { OnGridCommand(command); });
+            [this](int command, int, int row, int column) { OnGridCommand(command, row, column); });
     connect(m_editor, &QPlainTextEdit::textChanged, this, [this] {
         if (!m_loadingEditor && m_editorRow >= 0)
             CommitEditorText();
@@ -383,6 +436,7 @@ bool MainWindow::OpenWithFormat(FileFormat format, const std::string& title)
 
 void MainWindow::AfterLoad()
 {
+    ForgetBookmark();
     m_frame.lastDocument = m_document.Path();
     m_frame.lastDirectory = std::filesystem::path(m_document.Path()).parent_path().string();
     if (m_frame.recordHistory) {
@@ -450,6 +504,7 @@ bool MainWindow::CloseDocument()
     if (!m_watcher->files().isEmpty())
         m_watcher->removePaths(m_watcher->files());
     m_editorRow = m_editorColumn = -1;
+    ForgetBookmark();
     RefreshAll();
     return true;
 }
@@ -458,6 +513,7 @@ void MainWindow::NewDocument(int encoding, char separator)
 {
     m_grid->BeginReset();
     m_document.Clear();
+    ForgetBookmark();
     NewFileRequest request;
     request.encoding = encoding;
     request.separator = static_cast<unsigned char>(separator);
@@ -648,10 +704,7 @@ void MainWindow::OnGoToWarning()
     int row = m_document.Warnings()[static_cast<std::size_t>(index)].row;
     if (row < 0 || row >= m_document.RowCount())
         return;
-    int column = std::max(1, m_document.Table().FocusColumn());
-    m_document.Table().SetFocusCell(row, column);
-    m_grid->ShowFocusCell();
-    m_grid->setFocus();
+    MoveFocusTo(row, std::max(1, m_document.Table().FocusColumn()));
 }
 
 void MainWindow::OnDismissWarning()
@@ -743,45 +796,7 @@ DocumentState MainWindow::CurrentState() const
     for (const LabelledValue& choice : CharacterSetChoices())
         state.characterSets.push_back({choice.label, choice.value});
     state.currentCodePage = static_cast<int>(m_document.Format().codePage);
-    state.hasHandler = [](int id) {
-        switch (id) {
-        case cmd::kNewFile:
-        case cmd::kOpenFile:
-        case cmd::kOpenNonstandardFile:
-        case cmd::kSaveFile:
-        case cmd::kSaveFileAs:
-        case cmd::kCloseFile:
-        case cmd::kExit:
-        case cmd::kFileProperties:
-        case cmd::kExploreFolder:
-        case cmd::kPreferences:
-        case cmd::kCustomizeToolbar:
-        case cmd::kDisplayToolbar:
-        case cmd::kToggleBoundOption:
-        case cmd::kMultilineEditingMode:
-        case cmd::kMultilineEditingOption:
-        case cmd::kWarningsVisible:
-        case cmd::kDisplayWarnings:
-        case cmd::kGoToWarning:
-        case cmd::kDismissWarning:
-        case cmd::kAssociateFileType:
-        case cmd::kFilterEnabled:
-        case cmd::kFilterText:
-        case cmd::kFilterOptionChanged:
-        case cmd::kRowMenu:
-        case cmd::kColumnMenu:
-        case cmd::kSortOnColumnMenu:
-        case cmd::kCellMenu:
-        case cmd::kCharacterSetMenu:
-            return true;
-        default:
-            return (id >= cmd::kRecentFileBase && id <= cmd::kRecentFileLast) ||
-                   (id >= cmd::kCharacterSetBase && id <= cmd::kCharacterSetLast) ||
-                   (id >= cmd::kColumnAlignmentBase && id < cmd::kColumnAlignmentBase + 3) ||
-                   (id >= cmd::kSortMethodBase && id < cmd::kSortMethodBase + 6) ||
-                   id >= cmd::kSortOnColumnBase - 1;
-        }
-    };
+    state.hasHandler = [](int id) { return WindowHandles(id); };
     return state;
 }
 
@@ -920,6 +935,33 @@ void MainWindow::OnCommand(int id)
     case cmd::kFilterOptionChanged:
         ApplyFilter();
         break;
+    case cmd::kBookmarkSet:
+        OnBookmarkSet();
+        break;
+    case cmd::kBookmarkReturn:
+        OnBookmarkReturn();
+        break;
+    case cmd::kSelectAllRows:
+        m_document.Table().SelectAllRows();
+        RefreshCommandStates(m_actions);
+        break;
+    case cmd::kDeselectAllRows:
+        m_document.Table().DeselectAllRows();
+        RefreshCommandStates(m_actions);
+        break;
+    case cmd::kJumpToRow:
+        OnJumpToRow();
+        break;
+    case cmd::kMaximizeColumnWidths:
+        // The control keeps each width between 20 pixels and half the view's width.
+        m_document.Table().MaximizeAllColumns();
+        break;
+    case cmd::kMinimizeColumnWidths:
+        m_document.Table().MinimizeAllColumns();
+        break;
+    case cmd::kTableStatistics:
+        OnTableStatistics();
+        break;
     case cmd::kRowMenu:
     case cmd::kColumnMenu:
     case cmd::kSortOnColumnMenu:
@@ -934,66 +976,162 @@ void MainWindow::OnCommand(int id)
     }
 }
 
-void MainWindow::OnGridCommand(int command)
+void MainWindow::OnGridCommand(int command, int row, int column)
 {
     // Entries the window added carry its own ids; the control's own ones it could not carry
-    // out itself map to the window's commands of the same meaning.
+    // out itself map to the window's commands of the same meaning. Those whose handlers do
+    // not exist yet are dropped here, as their menu-bar twins show disabled.
+    int id = 0;
     if (command >= cmd::kToggleBoundOption) {
-        OnCommand(command);
+        id = command;
+    } else {
+        switch (static_cast<GridCommand>(command)) {
+        case GridCommand::CopyCellText:
+            if (row >= 0 && row < m_document.RowCount() && column >= 1 &&
+                column < m_document.ColumnCount()) {
+                QGuiApplication::clipboard()->setText(
+                    QString::fromStdU16String(m_document.CellTextWide(row, column)));
+            }
+            return;
+        case GridCommand::CopyColumn:
+            id = cmd::kCopyColumn;
+            break;
+        case GridCommand::SearchColumn:
+            id = cmd::kSearchColumn;
+            break;
+        case GridCommand::SearchColumnContinue:
+            id = cmd::kSearchColumnContinue;
+            break;
+        case GridCommand::SetEntireColumn:
+            id = cmd::kSetEntireColumn;
+            break;
+        case GridCommand::TrimColumnWhitespace:
+            id = cmd::kTrimColumnWhitespace;
+            break;
+        case GridCommand::AddRow:
+            id = cmd::kCreateRow;
+            break;
+        case GridCommand::DeleteRows:
+            id = cmd::kDeleteRows;
+            break;
+        case GridCommand::DuplicateRow:
+            id = cmd::kDuplicateRows;
+            break;
+        case GridCommand::MoveRowUp:
+            id = cmd::kMoveRowUp;
+            break;
+        case GridCommand::MoveRowDown:
+            id = cmd::kMoveRowDown;
+            break;
+        case GridCommand::BookmarkReturn:
+            id = cmd::kBookmarkReturn;
+            break;
+        case GridCommand::BookmarkSet:
+            id = cmd::kBookmarkSet;
+            break;
+        case GridCommand::JumpToRow:
+            id = cmd::kJumpToRow;
+            break;
+        case GridCommand::Statistics:
+            id = cmd::kTableStatistics;
+            break;
+        case GridCommand::ImportCsv:
+            id = cmd::kImportCsvFile;
+            break;
+        case GridCommand::CheckAll:
+        case GridCommand::UncheckAll:
+        case GridCommand::ToggleAll:
+        case GridCommand::PasteNewRows:
+        case GridCommand::ResetColumn:
+        case GridCommand::DeleteAllRows:
+        case GridCommand::ExportCsv:
+            // No handler yet; doing nothing beats pretending.
+            return;
+        default:
+            // Sorting, widths, alignment and the like: the control changed itself.
+            m_grid->Refresh();
+            RefreshCommandStates(m_actions);
+            return;
+        }
+    }
+    if (WindowHandles(id))
+        OnCommand(id);
+}
+
+bool MainWindow::RequireCurrentCell()
+{
+    const TableControl& table = m_document.Table();
+    const int row = table.FocusRow();
+    const int column = table.FocusColumn();
+    if (row >= 0 && row < table.RowCount() && column >= 1 && column < table.ColumnCount())
+        return true;
+    m_ui.Message("Error", "Please select a cell first.", ost::MessageIcon::Error);
+    return false;
+}
+
+void MainWindow::OnBookmarkSet()
+{
+    if (!RequireCurrentCell())
+        return;
+    m_bookmarkRow = m_document.Table().FocusRow();
+    m_bookmarkColumn = m_document.Table().FocusColumn();
+}
+
+void MainWindow::OnBookmarkReturn()
+{
+    const TableControl& table = m_document.Table();
+    // No bookmark, or its cell went away with deleted rows or columns, or the filter hides it:
+    // there is nowhere to go, which is an impossible move rather than an error.
+    if (m_bookmarkRow < 0 || m_bookmarkRow >= table.RowCount() || m_bookmarkColumn < 1 ||
+        m_bookmarkColumn >= table.ColumnCount() || table.IsRowHidden(m_bookmarkRow)) {
+        m_ui.Beep();
         return;
     }
-    switch (static_cast<GridCommand>(command)) {
-    case GridCommand::CopyColumn:
-        OnCommand(cmd::kCopyColumn);
-        break;
-    case GridCommand::SearchColumn:
-        OnCommand(cmd::kSearchColumn);
-        break;
-    case GridCommand::SearchColumnContinue:
-        OnCommand(cmd::kSearchColumnContinue);
-        break;
-    case GridCommand::SetEntireColumn:
-        OnCommand(cmd::kSetEntireColumn);
-        break;
-    case GridCommand::TrimColumnWhitespace:
-        OnCommand(cmd::kTrimColumnWhitespace);
-        break;
-    case GridCommand::AddRow:
-        OnCommand(cmd::kCreateRow);
-        break;
-    case GridCommand::DeleteRows:
-        OnCommand(cmd::kDeleteRows);
-        break;
-    case GridCommand::DuplicateRow:
-        OnCommand(cmd::kDuplicateRows);
-        break;
-    case GridCommand::MoveRowUp:
-        OnCommand(cmd::kMoveRowUp);
-        break;
-    case GridCommand::MoveRowDown:
-        OnCommand(cmd::kMoveRowDown);
-        break;
-    case GridCommand::BookmarkReturn:
-        OnCommand(cmd::kBookmarkReturn);
-        break;
-    case GridCommand::BookmarkSet:
-        OnCommand(cmd::kBookmarkSet);
-        break;
-    case GridCommand::JumpToRow:
-        OnCommand(cmd::kJumpToRow);
-        break;
-    case GridCommand::Statistics:
-        OnCommand(cmd::kTableStatistics);
-        break;
-    case GridCommand::ImportCsv:
-        OnCommand(cmd::kImportCsvFile);
-        break;
-    default:
-        // Sorting, widths, alignment and the like: the control changed itself.
-        m_grid->Refresh();
-        RefreshCommandStates(m_actions);
-        break;
+    MoveFocusTo(m_bookmarkRow, m_bookmarkColumn);
+}
+
+void MainWindow::OnJumpToRow()
+{
+    CommitCellEdit();
+    const TableControl& table = m_document.Table();
+    JumpToRowRequest request = MakeJumpToRowRequest(table.FocusRow(), table.RowCount());
+    std::string error;
+    std::optional<int> row;
+    if (request.rowCount < 1) {
+        JumpToRowTarget(request, error);
+    } else {
+        JumpToRowDialog dialog(request, this);
+        if (dialog.exec() != QDialog::Accepted)
+            return;
+        row = JumpToRowTarget(request, error);
+        if (row && table.IsRowHidden(*row)) {
+            error = JumpToHiddenRowMessage(*row);
+            row.reset();
+        }
     }
+    if (!row) {
+        m_ui.Message(kJumpToRowTitle, error, ost::MessageIcon::Error);
+        return;
+    }
+    const int column = table.FocusColumn();
+    MoveFocusTo(*row, column >= 1 && column < table.ColumnCount() ? column : 1);
+}
+
+void MainWindow::OnTableStatistics()
+{
+    CommitCellEdit();
+    m_ui.Message(CommandLabel(cmd::kTableStatistics), m_document.Table().StatisticsReport(),
+                 ost::MessageIcon::Information);
+}
+
+void MainWindow::MoveFocusTo(int row, int column)
+{
+    CommitCellEdit();
+    m_document.Table().SetFocusCell(row, column);
+    m_grid->ShowFocusCell();
+    m_grid->setFocus();
+    ShowCurrentCellInEditor();
+    RefreshCommandStates(m_actions);
 }
 
 void MainWindow::OnOpenFile()

@@ -115,6 +115,9 @@ public:
     std::filesystem::path SettingsPath() const;
     /// The caption as shown: product, file name or full path, modified mark.
     QString Caption() const;
+    /// The remembered cell (storage row, column); -1 when none.
+    int BookmarkRow() const { return m_bookmarkRow; }
+    int BookmarkColumn() const { return m_bookmarkColumn; }
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -140,7 +143,7 @@ private:
     void StoreCurrentFileProperties();
 
     void OnOpenFile();
-    void OnGridCommand(int command);
+    void OnGridCommand(int command, int row, int column);
     void OnOpenNonstandardFile();
     void OnSaveFileAs();
     void OnNewFile();
@@ -151,6 +154,15 @@ private:
     void OnCharacterSet(int position);
     void OnGoToWarning();
     void OnDismissWarning();
+    /// True when a data cell has the focus; otherwise tells the user and returns false.
+    bool RequireCurrentCell();
+    void OnBookmarkSet();
+    void OnBookmarkReturn();
+    void OnJumpToRow();
+    void OnTableStatistics();
+    /// Moves the focus to the cell, shows it, and lets the Editor pane follow.
+    void MoveFocusTo(int row, int column);
+    void ForgetBookmark() { m_bookmarkRow = m_bookmarkColumn = -1; }
     void ApplyFilter();
     /// Asks whether to switch to another instance showing the path; true to go on opening.
     bool CheckOtherInstance(const std::string& path);
@@ -192,6 +204,8 @@ private:
     /// Editor pane cell: storage row and column, -1 when none.
     int m_editorRow = -1;
     int m_editorColumn = -1;
+    int m_bookmarkRow = -1;
+    int m_bookmarkColumn = -1;
 };
 
 } // namespace quirnel

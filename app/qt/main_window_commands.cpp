@@ -1,5 +1,6 @@
 #include "app/qt/main_window_commands.h"
 
+#include "app/command_table.h"
 #include "app/menu_model.h"
 #include "app/qt/command_actions.h"
 
@@ -22,6 +23,12 @@ void RefreshCommandStates(CommandActions* actions)
 void DestroyCommandActions(CommandActions* actions)
 {
     delete actions;
+}
+
+std::string CommandLabel(int id)
+{
+    const CommandSpec* command = FindCommand(id);
+    return command ? std::string(command->label) : std::string();
 }
 
 bool ColumnAlignmentCommand(int id, int& alignment)

@@ -3,6 +3,7 @@
 // model's headers and the grid control's headers never meet in one translation unit.
 
 #include <functional>
+#include <string>
 
 class QMainWindow;
 class QWidget;
@@ -17,6 +18,9 @@ CommandActions* CreateCommandActions(QMainWindow* window, CommandHost& host,
                                      std::function<QWidget*()> cellEditor);
 void RefreshCommandStates(CommandActions* actions);
 void DestroyCommandActions(CommandActions* actions);
+
+/// The command's label ("Table Statistics"), the title of the boxes it shows; empty when unknown.
+std::string CommandLabel(int id);
 
 /// The value a menu entry's id stands for; false when the id is not such an entry.
 bool ColumnAlignmentCommand(int id, int& alignment);
