@@ -54,6 +54,8 @@ GridView::GridView(TableControl& table, QWidget* parent)
     horizontalHeader()->setSortIndicatorShown(false);
     horizontalHeader()->setContextMenuPolicy(Qt::CustomContextMenu);
     horizontalHeader()->setHighlightSections(false);
+    // The control's floor, not the style's larger default, or minimized columns show wider.
+    horizontalHeader()->setMinimumSectionSize(kMinColumnWidth);
     setContextMenuPolicy(Qt::CustomContextMenu);
     setSelectionMode(QAbstractItemView::SingleSelection);
     setSelectionBehavior(QAbstractItemView::SelectItems);
