@@ -9,6 +9,8 @@
 
 #include <algorithm>
 #include <climits>
+#include <cstdint>
+#include <cstring>
 #include <map>
 #include <memory>
 
@@ -92,9 +94,30 @@ public:
     {
         if (!m_asciiDecodes)
             return false;
+        // Whole words at a time; a short text as two overlapping words inside it.
+        const char* data = bytes.data();
+        const std::size_t size = bytes.size();
+        auto word64 = [](const char* at) {
+            std::uint64_t word = 0;
+            std::memcpy(&word, at, sizeof word);
+            return word;
+        };
+        auto word32 = [](const char* at) {
+            std::uint32_t word = 0;
+            std::memcpy(&word, at, sizeof word);
+            return word;
+        };
+        if (size >= 8) {
+            std::uint64_t high = word64(data + size - 8);
+            for (std::size_t i = 0; i + 8 <= size; i += 8)
+                high |= word64(data + i);
+            return (high & 0x8080808080808080ull) == 0;
+        }
+        if (size >= 4)
+            return ((word32(data) | word32(data + size - 4)) & 0x80808080u) == 0;
         unsigned high = 0;
-        for (char c : bytes)
-            high |= static_cast<unsigned char>(c);
+        for (std::size_t i = 0; i < size; ++i)
+            high |= static_cast<unsigned char>(data[i]);
         return high < 0x80;
     }
 

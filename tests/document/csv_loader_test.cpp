@@ -186,6 +186,28 @@ TEST_F(LoadCsvFileTest, Utf8MarkGivesUnicodeCells)
     EXPECT_TRUE(m_document.Table().CellIsWide(0, 2));
 }
 
+TEST_F(LoadCsvFileTest, AnyNonAsciiByteSendsACellToTheConverter)
+{
+    // ASCII cells are widened as they are; one byte above 127 anywhere, in a cell of any
+    // length, must still reach the converter.
+    std::string data = "\xEF\xBB\xBFh\r\n";
+    std::vector<std::u16string> expected;
+    for (std::size_t length = 1; length <= 20; ++length) {
+        for (std::size_t at = 0; at < length; ++at) {
+            std::string cell(length, 'a');
+            cell.replace(at, 1, "\xC3\xA9");
+            data += cell + "\r\n";
+            std::u16string wide(length, u'a');
+            wide[at] = u'\u00e9';
+            expected.push_back(wide);
+        }
+    }
+    ASSERT_TRUE(Load(data));
+    ASSERT_EQ(static_cast<int>(expected.size()), m_document.RowCount());
+    for (int row = 0; row < m_document.RowCount(); ++row)
+        EXPECT_EQ(expected[static_cast<std::size_t>(row)], m_document.CellText16(row, 1)) << row;
+}
+
 TEST_F(LoadCsvFileTest, CodePageConvertsCells)
 {
     FileFormat format;
