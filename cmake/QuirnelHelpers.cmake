@@ -27,7 +27,8 @@ function(quirnel_add_gtest)
     quirnel_test_definitions(${ARG_NAME})
     target_link_libraries(${ARG_NAME} PRIVATE ${ARG_LIBS} test_support GTest::gtest GTest::gtest_main)
     gtest_discover_tests(${ARG_NAME}
-        DISCOVERY_TIMEOUT 60)
+        DISCOVERY_TIMEOUT 60
+        NO_PRETTY_VALUES)
 endfunction()
 
 # A Qt Test executable for one widget area; always runs offscreen.
