@@ -62,6 +62,11 @@ std::uint32_t Fold(std::uint32_t ch, bool wide)
     return ch;
 }
 
+template <typename T> int ThreeWay(T a, T b)
+{
+    return a < b ? -1 : (a > b ? 1 : 0);
+}
+
 // Compares two texts unit by unit; `padA`/`padB` virtual leading "0"s stand in front.
 template <bool FoldCase>
 int CompareUnits(const TextRef& a, std::size_t padA, const TextRef& b, std::size_t padB)
@@ -79,7 +84,7 @@ int CompareUnits(const TextRef& a, std::size_t padA, const TextRef& b, std::size
         if (x != y)
             return x < y ? -1 : 1;
     }
-    return lengthA < lengthB ? -1 : (lengthA > lengthB ? 1 : 0);
+    return ThreeWay(lengthA, lengthB);
 }
 
 int CompareText(const TextRef& a, const TextRef& b, bool foldCase)
@@ -104,7 +109,7 @@ int CompareText(const TextRef& a, const TextRef& b, bool foldCase)
                     return u < v ? -1 : 1;
             }
         }
-        return a.length < b.length ? -1 : (a.length > b.length ? 1 : 0);
+        return ThreeWay(a.length, b.length);
     }
     return foldCase ? CompareUnits<true>(a, 0, b, 0) : CompareUnits<false>(a, 0, b, 0);
 }
@@ -142,28 +147,23 @@ struct TableControlSortObject
 int CompareIndexText(std::int32_t a, std::int32_t b)
 {
     if (a < 1000000 && b < 1000000)
-        return a < b ? -1 : (a > b ? 1 : 0);
+        return ThreeWay(a, b);
     char x[16];
     char y[16];
     std::snprintf(x, sizeof x, "%06d", a);
     std::snprintf(y, sizeof y, "%06d", b);
-    int c = std::strcmp(x, y);
-    return c < 0 ? -1 : (c > 0 ? 1 : 0);
+    return ThreeWay(std::strcmp(x, y), 0);
 }
 
 int CompareBytesText(double a, double b)
 {
-    if (a >= 0 && b >= 0 && a < 1e23 && b < 1e23) {
-        a = std::nearbyint(a);
-        b = std::nearbyint(b);
-        return a < b ? -1 : (a > b ? 1 : 0);
-    }
+    if (a >= 0 && b >= 0 && a < 1e23 && b < 1e23)
+        return ThreeWay(std::nearbyint(a), std::nearbyint(b));
     char x[400];
     char y[400];
     std::snprintf(x, sizeof x, "%024.0f", a);
     std::snprintf(y, sizeof y, "%024.0f", b);
-    int c = std::strcmp(x, y);
-    return c < 0 ? -1 : (c > 0 ? 1 : 0);
+    return ThreeWay(std::strcmp(x, y), 0);
 }
 
 struct Comparator
@@ -226,7 +226,7 @@ struct Comparator
         int c = Secondary(a, b);
         if (c != 0)
             return c;
-        return a.row < b.row ? -1 : (a.row > b.row ? 1 : 0);
+        return ThreeWay(a.row, b.row);
     }
 
     /// Negative when a sorts first. The row (the record's place when the keys were built)
@@ -244,7 +244,7 @@ struct Comparator
         c = Secondary(a, b);
         if (c != 0)
             return c;
-        return a.row < b.row ? -1 : (a.row > b.row ? 1 : 0);
+        return ThreeWay(a.row, b.row);
     }
 };
 

@@ -181,6 +181,23 @@ bool IsDateSeparator(char ch)
     return ch == '/' || ch == '-' || ch == '.';
 }
 
+// The year closing a month-name date: two or four digits (one or three are a typo, not a
+// year), checked against the month's length.
+bool ScanYearOfDate(std::string_view text, std::size_t& i, int month, int day, DateTime& out)
+{
+    int yearDigits = 0;
+    int year = ScanInt(text, i, 4, &yearDigits);
+    if (year < 0 || yearDigits == 3 || yearDigits == 1)
+        return false;
+    year = ExpandYear(year, yearDigits);
+    if (!ValidDate(year, month, day))
+        return false;
+    out.year = year;
+    out.month = month;
+    out.day = day;
+    return true;
+}
+
 bool ScanDate(std::string_view text, std::size_t& i, bool dayFirst, DateTime& out)
 {
     std::size_t start = i;
@@ -202,17 +219,7 @@ bool ScanDate(std::string_view text, std::size_t& i, bool dayFirst, DateTime& ou
         SkipSpaces(text, i);
         if (i < text.size() && text[i] == '-')
             ++i;
-        int yearDigits = 0;
-        int year = ScanInt(text, i, 4, &yearDigits);
-        if (year < 0 || yearDigits == 3 || yearDigits == 1)
-            return false;
-        year = ExpandYear(year, yearDigits);
-        if (!ValidDate(year, month, day))
-            return false;
-        out.year = year;
-        out.month = month;
-        out.day = day;
-        return true;
+        return ScanYearOfDate(text, i, month, day, out);
     }
     if (i >= text.size()) {
         i = start;
@@ -230,16 +237,8 @@ bool ScanDate(std::string_view text, std::size_t& i, bool dayFirst, DateTime& ou
             if (j < text.size() && (text[j] == '-' || text[j] == ','))
                 ++j;
             SkipSpaces(text, j);
-            int yearDigits = 0;
-            int year = ScanInt(text, j, 4, &yearDigits);
-            if (year < 0 || yearDigits == 3 || yearDigits == 1)
+            if (!ScanYearOfDate(text, j, month, first, out))
                 return false;
-            year = ExpandYear(year, yearDigits);
-            if (!ValidDate(year, month, first))
-                return false;
-            out.year = year;
-            out.month = month;
-            out.day = first;
             i = j;
             return true;
         }

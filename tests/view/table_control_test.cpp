@@ -15,24 +15,15 @@ using test::ExpectOrderInvariants;
 using test::Fill;
 using Texts = std::vector<std::string>;
 
-TEST(TableControl, StartsWithTheIndexColumnAlone)
+// The index column and cells outside the table read empty and refuse writes.
+TEST(TableControl, OutOfRangeQueriesNeverFail)
 {
     TableControl table;
-    EXPECT_EQ(table.ColumnCount(), 1);
     EXPECT_EQ(table.Column(0).headerText, "#");
     EXPECT_FALSE(table.DeleteColumn(0));
     EXPECT_FALSE(table.InsertColumn(0, TableColumn{}));
-    table.SetRowCount(2);
-    EXPECT_FALSE(table.SetCellText8(0, 0, "x"));
-    table.Clear();
-    EXPECT_EQ(table.ColumnCount(), 1);
-    EXPECT_EQ(table.RowCount(), 0);
-}
-
-TEST(TableControl, MissingCellsReadEmptyAndRefuseWrites)
-{
-    TableControl table;
     Fill(table, {"a"}, {{"x"}});
+    EXPECT_FALSE(table.SetCellText8(0, 0, "x"));
     EXPECT_EQ(table.CellText8(5, 1), "");
     EXPECT_EQ(table.CellText8(0, 9), "");
     EXPECT_EQ(table.CellText16(-1, 1), u"");
@@ -40,6 +31,21 @@ TEST(TableControl, MissingCellsReadEmptyAndRefuseWrites)
     EXPECT_FALSE(table.SetCellText16(0, 2, u"y"));
     EXPECT_EQ(table.TrimCell(3, 1, 3), -1);
     EXPECT_TRUE(table.CellIsEmpty(7, 7));
+    EXPECT_TRUE(table.Column(9).headerText.empty());
+    EXPECT_TRUE(table.Column(-1).flags & COLUMN_NO_SORT);
+    EXPECT_EQ(table.RowAtDisplayPosition(4), -1);
+    EXPECT_EQ(table.DisplayPosition(-2), -1);
+    EXPECT_EQ(table.RowAtViewIndex(1), -1);
+    EXPECT_EQ(table.Row(3).id, -1);
+    EXPECT_FALSE(table.IsRowSelected(8));
+    EXPECT_EQ(table.ColumnNameUtf8(5), "");
+    EXPECT_FALSE(table.InsertRows(0, INT32_MAX));
+    table.SetFocusCell(5, 5);
+    EXPECT_EQ(table.FocusRow(), -1);
+    EXPECT_EQ(table.FocusColumn(), -1);
+    table.Clear();
+    EXPECT_EQ(table.ColumnCount(), 1);
+    EXPECT_EQ(table.RowCount(), 0);
 }
 
 TEST(TableControl, CellsKeepTheirWidthFlag)
@@ -58,6 +64,13 @@ TEST(TableControl, CellsKeepTheirWidthFlag)
     table.SetCellText16(0, 2, u"");
     EXPECT_TRUE(table.CellIsWide(0, 2));
     EXPECT_TRUE(table.CellIsEmpty(0, 2));
+    // Texts past the packed length live in the long-text table.
+    const std::string longText = std::string(300000, 'x') + "y";
+    const std::u16string longWide(270000, u'z');
+    table.SetCellText8(0, 1, longText);
+    table.SetCellText16(0, 2, longWide);
+    EXPECT_EQ(table.CellText8(0, 1), longText);
+    EXPECT_EQ(table.CellText16(0, 2), longWide);
 }
 
 TEST(TableControl, BorrowedCellsPointIntoTheAdoptedBuffer)
@@ -152,20 +165,6 @@ TEST(TableControl, NewWideTextIsFilledInPlace)
     EXPECT_EQ(table.NewCellText16(0, 3, 4), nullptr);
 }
 
-TEST(TableControl, LongTextsBeyondThePackedLengthSurvive)
-{
-    TableControl table;
-    Fill(table, {"a"}, {});
-    table.SetRowCount(2);
-    std::string longText(300000, 'x');
-    longText.back() = 'y';
-    std::u16string longWide(270000, u'z');
-    table.SetCellText8(0, 1, longText);
-    table.SetCellText16(1, 1, longWide);
-    EXPECT_EQ(table.CellText8(0, 1), longText);
-    EXPECT_EQ(table.CellText16(1, 1), longWide);
-}
-
 TEST(TableControl, CheckedAndValueCells)
 {
     TableControl table;
@@ -179,6 +178,14 @@ TEST(TableControl, CheckedAndValueCells)
     EXPECT_TRUE(table.CellChecked(0, 1));
     table.SetCellValue(0, 1, kEmptyChoice);
     EXPECT_EQ(table.CellValue(0, 1), kEmptyChoice);
+    // In a choice column the empty value is an empty cell.
+    TableColumn choice;
+    choice.kind = kColumnChoice;
+    table.AddColumn(choice);
+    table.SetCellValue(0, 2, 3);
+    EXPECT_FALSE(table.CellIsEmpty(0, 2));
+    table.SetCellValue(0, 2, kEmptyChoice);
+    EXPECT_TRUE(table.CellIsEmpty(0, 2));
 }
 
 struct TrimCase
@@ -364,17 +371,13 @@ TEST(TableControl, ShuffleKeepsEveryRowAndUnsorts)
     for (int r = 0; r < 50; ++r)
         table.SetCellText8(r, 1, std::to_string(r));
     table.SetSort(1, true);
+    const Texts sorted = ColumnInDisplayOrder(table, 1);
     table.Shuffle(7);
     EXPECT_EQ(table.SortColumn(), -1);
-    std::vector<std::string> texts = ColumnInDisplayOrder(table, 1);
-    std::vector<std::string> sorted = texts;
-    std::sort(sorted.begin(), sorted.end());
-    std::vector<std::string> expected;
-    for (int r = 0; r < 50; ++r)
-        expected.push_back(std::to_string(r));
-    std::sort(expected.begin(), expected.end());
-    EXPECT_EQ(sorted, expected);
-    EXPECT_NE(texts, expected);
+    Texts texts = ColumnInDisplayOrder(table, 1);
+    EXPECT_NE(texts, sorted);
+    std::sort(texts.begin(), texts.end());
+    EXPECT_EQ(texts, sorted);
     ExpectOrderInvariants(table);
 }
 
@@ -520,50 +523,6 @@ TEST(TableControl, MemoryStaysNearEightBytesPerCell)
     EXPECT_EQ(usage.arenaBytes, 0u);
 }
 
-} // namespace
-} // namespace quirnel
-
-namespace quirnel {
-namespace {
-
-TEST(TableControl, OutOfRangeQueriesNeverFail)
-{
-    TableControl table;
-    Fill(table, {"a"}, {{"x"}});
-    EXPECT_TRUE(table.Column(9).headerText.empty());
-    EXPECT_TRUE(table.Column(-1).flags & COLUMN_NO_SORT);
-    EXPECT_EQ(table.RowAtDisplayPosition(4), -1);
-    EXPECT_EQ(table.DisplayPosition(-2), -1);
-    EXPECT_EQ(table.RowAtViewIndex(1), -1);
-    EXPECT_EQ(table.Row(3).id, -1);
-    EXPECT_FALSE(table.IsRowSelected(8));
-    EXPECT_EQ(table.ColumnNameUtf8(5), "");
-    EXPECT_FALSE(table.InsertRows(0, INT32_MAX));
-    table.SetFocusCell(5, 5);
-    EXPECT_EQ(table.FocusRow(), -1);
-    EXPECT_EQ(table.FocusColumn(), -1);
-}
-
-TEST(TableControl, EmptyChoiceValueIsAnEmptyCell)
-{
-    TableControl table;
-    TableColumn choice;
-    choice.kind = kColumnChoice;
-    table.AddColumn(choice);
-    table.SetRowCount(1);
-    table.SetCellValue(0, 1, 3);
-    EXPECT_FALSE(table.CellIsEmpty(0, 1));
-    table.SetCellValue(0, 1, kEmptyChoice);
-    EXPECT_TRUE(table.CellIsEmpty(0, 1));
-    EXPECT_EQ(table.CellValue(0, 1), kEmptyChoice);
-}
-
-} // namespace
-} // namespace quirnel
-
-namespace quirnel {
-namespace {
-
 TEST(TableControl, AddedRowOnASortedTableShowsBeforeTheHiddenRows)
 {
     TableControl table;
@@ -572,16 +531,10 @@ TEST(TableControl, AddedRowOnASortedTableShowsBeforeTheHiddenRows)
     table.SetRowHidden(1, true);
     EXPECT_EQ(table.AddRow(), 3);
     table.SetCellText8(3, 1, "new");
-    EXPECT_EQ(test::ColumnInDisplayOrder(table, 1), (Texts{"b", "c", "new", "a"}));
+    EXPECT_EQ(ColumnInDisplayOrder(table, 1), (Texts{"b", "c", "new", "a"}));
     EXPECT_EQ(table.VisibleRowCount(), 3);
-    test::ExpectOrderInvariants(table);
+    ExpectOrderInvariants(table);
 }
-
-} // namespace
-} // namespace quirnel
-
-namespace quirnel {
-namespace {
 
 TEST(TableControl, DuplicateRowsPutsEachCopyBelowItsSource)
 {
@@ -595,12 +548,12 @@ TEST(TableControl, DuplicateRowsPutsEachCopyBelowItsSource)
     std::vector<int> copies = table.DuplicateRows(sources);
     // Row 0 is vetoed by the owner.
     EXPECT_EQ(copies, (std::vector<int>{3, 5}));
-    EXPECT_EQ(test::ColumnInDisplayOrder(table, 1), (Texts{"0", "1", "2", "2", "3", "3"}));
+    EXPECT_EQ(ColumnInDisplayOrder(table, 1), (Texts{"0", "1", "2", "2", "3", "3"}));
     EXPECT_TRUE(table.IsRowSelected(2));
     EXPECT_FALSE(table.IsRowSelected(3));
     EXPECT_EQ(table.FocusRow(), 4);
     EXPECT_EQ(owner.done, (std::vector<std::pair<int, int>>{{2, 3}, {4, 5}}));
-    test::ExpectOrderInvariants(table);
+    ExpectOrderInvariants(table);
 }
 
 TEST(TableControl, DuplicateRowsOnASortedTableShowsCopiesAfterTheirSources)
@@ -612,17 +565,11 @@ TEST(TableControl, DuplicateRowsOnASortedTableShowsCopiesAfterTheirSources)
     std::vector<int> sources{0, 1};
     std::vector<int> copies = table.DuplicateRows(sources);
     ASSERT_EQ(copies.size(), 2u);
-    EXPECT_EQ(test::ColumnInDisplayOrder(table, 1), (Texts{"c", "b", "b", "a", "a"}));
+    EXPECT_EQ(ColumnInDisplayOrder(table, 1), (Texts{"c", "b", "b", "a", "a"}));
     // The copy of a hidden row is shown; the hidden source stays last.
     EXPECT_EQ(table.VisibleRowCount(), 4);
-    test::ExpectOrderInvariants(table);
+    ExpectOrderInvariants(table);
 }
-
-} // namespace
-} // namespace quirnel
-
-namespace quirnel {
-namespace {
 
 TEST(TableControl, CompactTextDropsWhatNoCellShows)
 {

@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <map>
 #include <numeric>
 #include <random>
 
@@ -13,24 +12,8 @@ namespace {
 using test::ColumnInDisplayOrder;
 using test::ExpectOrderInvariants;
 using test::Fill;
+using test::MapStore;
 using Texts = std::vector<std::string>;
-
-class MapStore : public ViewStateStore
-{
-public:
-    std::optional<std::string> ReadText(const std::string& key) override
-    {
-        auto it = values.find(key);
-        if (it == values.end())
-            return std::nullopt;
-        return it->second;
-    }
-    void WriteText(const std::string& key, const std::string& value) override
-    {
-        values[key] = value;
-    }
-    std::map<std::string, std::string> values;
-};
 
 class CountingOwner : public TableControlOwner
 {
@@ -52,18 +35,14 @@ TEST(TableSort, PersistedMinusThreeSortsThirdColumnDescending)
     EXPECT_EQ(table.SortColumn(), 2);
     EXPECT_FALSE(table.SortAscending());
     EXPECT_EQ(ColumnInDisplayOrder(table, 2), (Texts{"z", "y", "x"}));
-}
-
-TEST(TableSort, PersistedZeroLeavesStorageOrder)
-{
-    TableControl table;
-    Fill(table, {"a"}, {{"b"}, {"a"}, {"c"}});
-    table.SetSettingsName("Grid");
-    MapStore store;
+    // "0" is no sort: storage order.
+    TableControl unsorted;
+    Fill(unsorted, {"a"}, {{"b"}, {"a"}, {"c"}});
+    unsorted.SetSettingsName("Grid");
     store.values["GridSort"] = "0";
-    table.LoadViewState(store);
-    EXPECT_EQ(table.SortColumn(), -1);
-    EXPECT_EQ(ColumnInDisplayOrder(table, 1), (Texts{"b", "a", "c"}));
+    unsorted.LoadViewState(store);
+    EXPECT_EQ(unsorted.SortColumn(), -1);
+    EXPECT_EQ(ColumnInDisplayOrder(unsorted, 1), (Texts{"b", "a", "c"}));
 }
 
 TEST(TableSort, TiesFollowThePreviousSortColumn)
@@ -113,34 +92,6 @@ TEST(TableSort, CaseInsensitiveFoldsWideLetters)
     EXPECT_EQ(table.CellText16(table.RowAtDisplayPosition(0), 1), u"abc");
     EXPECT_EQ(table.CellText16(table.RowAtDisplayPosition(1), 1), u"\u00c9T\u00c9 1");
 }
-
-struct BlankCase
-{
-    const char* name;
-    int method;
-    Texts expected;
-};
-
-class TableSortBlanks : public testing::TestWithParam<BlankCase>
-{};
-
-TEST_P(TableSortBlanks, BlanksSortByMethod)
-{
-    TableControl table;
-    Fill(table, {"n"}, {{"5"}, {""}, {"-1e300"}, {"0"}, {"abc"}, {"1,500.5"}, {"-2"}});
-    table.SetColumnSortMethod(1, GetParam().method);
-    ASSERT_TRUE(table.SetSort(1, true));
-    EXPECT_EQ(ColumnInDisplayOrder(table, 1), GetParam().expected);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Methods, TableSortBlanks,
-    testing::Values(
-        // Blanks and non-numbers read as 0 and tie with "0" in storage order.
-        BlankCase{"BlanksAreZero", kSortNumeric, {"-1e300", "-2", "", "0", "abc", "5", "1,500.5"}},
-        BlankCase{
-            "BlanksFirst", kSortNumericLow, {"", "-1e300", "-2", "0", "abc", "5", "1,500.5"}}),
-    [](const testing::TestParamInfo<BlankCase>& param) { return std::string(param.param.name); });
 
 class TableSortDirection : public testing::TestWithParam<bool>
 {};
@@ -235,30 +186,53 @@ TEST(TableSort, NumericSecondaryKeyIsZeroPaddedText)
     EXPECT_EQ(ColumnInDisplayOrder(table, 2), (Texts{"", "10", "100", "9"}));
 }
 
-TEST(TableSort, DatesSortChronologicallyAcrossLayouts)
+struct MethodCase
+{
+    const char* name;
+    int method;
+    Texts input;
+    Texts expected;
+};
+
+class TableSortMethod : public testing::TestWithParam<MethodCase>
+{};
+
+TEST_P(TableSortMethod, SortsAscending)
 {
     TableControl table;
-    Fill(table, {"when"},
-         {{"17/03/2024"},
-          {"2024-03-16 23:59"},
-          {"not a date"},
-          {"17/03/2024 08:00"},
-          {"1 Jan 1999"}});
-    table.SetColumnSortMethod(1, kSortDateTime);
+    Fill(table, {"v"}, {});
+    const Texts& input = GetParam().input;
+    table.SetRowCount(static_cast<int>(input.size()));
+    for (std::size_t r = 0; r < input.size(); ++r)
+        table.SetCellText8(static_cast<int>(r), 1, input[r]);
+    table.SetColumnSortMethod(1, GetParam().method);
     table.SetDayFirst(true);
     table.SetSort(1, true);
-    EXPECT_EQ(ColumnInDisplayOrder(table, 1), (Texts{"not a date", "1 Jan 1999", "2024-03-16 23:59",
-                                                     "17/03/2024", "17/03/2024 08:00"}));
+    EXPECT_EQ(ColumnInDisplayOrder(table, 1), GetParam().expected);
 }
 
-TEST(TableSort, MemorySizesSortByBytes)
-{
-    TableControl table;
-    Fill(table, {"size"}, {{"1.5 GB"}, {"3.1 KB"}, {"12 MB"}, {"900"}, {"2 kb"}});
-    table.SetColumnSortMethod(1, kSortMemory);
-    table.SetSort(1, true);
-    EXPECT_EQ(ColumnInDisplayOrder(table, 1), (Texts{"900", "2 kb", "3.1 KB", "12 MB", "1.5 GB"}));
-}
+INSTANTIATE_TEST_SUITE_P(
+    Methods, TableSortMethod,
+    testing::Values(MethodCase{"DatesAcrossLayouts",
+                               kSortDateTime,
+                               {"17/03/2024", "2024-03-16 23:59", "not a date", "17/03/2024 08:00",
+                                "1 Jan 1999"},
+                               {"not a date", "1 Jan 1999", "2024-03-16 23:59", "17/03/2024",
+                                "17/03/2024 08:00"}},
+                    MethodCase{"MemorySizesByBytes",
+                               kSortMemory,
+                               {"1.5 GB", "3.1 KB", "12 MB", "900", "2 kb"},
+                               {"900", "2 kb", "3.1 KB", "12 MB", "1.5 GB"}},
+                    // Blanks and non-numbers read as 0 and tie with "0" in storage order.
+                    MethodCase{"BlanksAreZero",
+                               kSortNumeric,
+                               {"5", "", "-1e300", "0", "abc", "1,500.5", "-2"},
+                               {"-1e300", "-2", "", "0", "abc", "5", "1,500.5"}},
+                    MethodCase{"BlanksFirst",
+                               kSortNumericLow,
+                               {"5", "", "-1e300", "0", "abc", "1,500.5", "-2"},
+                               {"", "-1e300", "-2", "0", "abc", "5", "1,500.5"}}),
+    [](const testing::TestParamInfo<MethodCase>& param) { return std::string(param.param.name); });
 
 TEST(TableSort, ChoiceColumnEmptyValueDependsOnMethod)
 {

@@ -6,10 +6,30 @@
 #include <gtest/gtest.h>
 
 #include <initializer_list>
+#include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
 namespace quirnel::test {
+
+/// View state kept in memory, remembering the order keys were written in.
+class MapStore : public ViewStateStore
+{
+public:
+    std::optional<std::string> ReadText(const std::string& key) override
+    {
+        auto it = values.find(key);
+        return it == values.end() ? std::nullopt : std::optional<std::string>(it->second);
+    }
+    void WriteText(const std::string& key, const std::string& value) override
+    {
+        values[key] = value;
+        written.push_back(key);
+    }
+    std::map<std::string, std::string> values;
+    std::vector<std::string> written;
+};
 
 /// A table with the given data-column names and rows of 8-bit cells.
 inline void Fill(TableControl& table, std::initializer_list<const char*> columns,

@@ -3,12 +3,11 @@
 
 #include <gtest/gtest.h>
 
-#include <map>
-
 namespace quirnel {
 namespace {
 
 using test::Fill;
+using test::MapStore;
 using Texts = std::vector<std::string>;
 
 Texts TextsOf(const std::vector<MenuEntry>& menu)
@@ -264,25 +263,6 @@ TEST(TableWidths, InitialWidthsOnlyWidenAndShareSpareRoom)
     EXPECT_EQ(table.Column(2).width, 500 + 400);
     EXPECT_EQ(table.Column(3).width, 30);
 }
-
-class MapStore : public ViewStateStore
-{
-public:
-    std::optional<std::string> ReadText(const std::string& key) override
-    {
-        auto it = values.find(key);
-        if (it == values.end())
-            return std::nullopt;
-        return it->second;
-    }
-    void WriteText(const std::string& key, const std::string& value) override
-    {
-        values[key] = value;
-        written.push_back(key);
-    }
-    std::map<std::string, std::string> values;
-    std::vector<std::string> written;
-};
 
 TEST(TableViewState, SavesEveryKeyInItsTextForm)
 {

@@ -5,6 +5,7 @@
 namespace quirnel {
 namespace {
 
+/// A text and the value read from it, if any.
 struct NumberCase
 {
     const char* text;
@@ -104,31 +105,25 @@ TEST(ReadDateTime, SerialGrowsWithTimeAndSortTextHasTwoDigitYears)
     EXPECT_EQ(ReadDateTime(u"17/03/2024", true)->Text(), "2024/03/17 00:00:00");
 }
 
-struct MemoryCase
-{
-    const char* text;
-    std::optional<double> expected;
-};
-
-class ReadMemorySizeTest : public testing::TestWithParam<MemoryCase>
+class ReadMemorySizeTest : public testing::TestWithParam<NumberCase>
 {};
 
 TEST_P(ReadMemorySizeTest, ReadsUnits)
 {
-    const MemoryCase& c = GetParam();
+    const NumberCase& c = GetParam();
     EXPECT_EQ(ReadMemorySize(std::string_view(c.text)), c.expected) << c.text;
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Units, ReadMemorySizeTest,
-    testing::Values(MemoryCase{"3.1 KB", 3.1 * 1024}, MemoryCase{"12 MB", 12.0 * 1024 * 1024},
-                    MemoryCase{"1.5 GB", 1.5 * 1024 * 1024 * 1024}, MemoryCase{"512", 512.0},
-                    MemoryCase{"512 bytes", 512.0}, MemoryCase{"1 byte", 1.0},
-                    MemoryCase{"2kb", 2048.0}, MemoryCase{"2 KiB", 2048.0},
-                    MemoryCase{"1 T", 1099511627776.0}, MemoryCase{"1,024 B", 1024.0},
-                    MemoryCase{" 7 M ", 7.0 * 1024 * 1024}, MemoryCase{"3 furlongs", std::nullopt},
-                    MemoryCase{"KB", std::nullopt}, MemoryCase{"", std::nullopt},
-                    MemoryCase{"1 KB extra", std::nullopt}));
+    testing::Values(NumberCase{"3.1 KB", 3.1 * 1024}, NumberCase{"12 MB", 12.0 * 1024 * 1024},
+                    NumberCase{"1.5 GB", 1.5 * 1024 * 1024 * 1024}, NumberCase{"512", 512.0},
+                    NumberCase{"512 bytes", 512.0}, NumberCase{"1 byte", 1.0},
+                    NumberCase{"2kb", 2048.0}, NumberCase{"2 KiB", 2048.0},
+                    NumberCase{"1 T", 1099511627776.0}, NumberCase{"1,024 B", 1024.0},
+                    NumberCase{" 7 M ", 7.0 * 1024 * 1024}, NumberCase{"3 furlongs", std::nullopt},
+                    NumberCase{"KB", std::nullopt}, NumberCase{"", std::nullopt},
+                    NumberCase{"1 KB extra", std::nullopt}));
 
 } // namespace
 } // namespace quirnel
