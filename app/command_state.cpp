@@ -7,19 +7,8 @@ namespace quirnel {
 
 bool OptionValue(OptionBinding binding, const DocumentState& state)
 {
-    switch (binding) {
-    case OptionBinding::CopyRowsNoColumnNames:
-        return state.copyRowsNoColumnNames;
-    case OptionBinding::WarnTooFew:
-        return state.warnTooFew;
-    case OptionBinding::FilterCaseSensitive:
-        return state.filterCaseSensitive;
-    case OptionBinding::FilterWholeWord:
-        return state.filterWholeWord;
-    case OptionBinding::None:
-        break;
-    }
-    return false;
+    const bool* field = OptionField(binding, state);
+    return field && *field;
 }
 
 bool IsToggleCommand(int id)

@@ -94,4 +94,24 @@ bool IsToggleCommand(int id);
 /// The value of a bound boolean in the snapshot.
 bool OptionValue(OptionBinding binding, const DocumentState& state);
 
+/// The flag `binding` names in `holder`, or nullptr for None. The snapshot, the preferences and
+/// test doubles all spell these flags alike, so one mapping serves them all.
+template <class Holder>
+auto OptionField(OptionBinding binding, Holder& holder) -> decltype(&holder.warnTooFew)
+{
+    switch (binding) {
+    case OptionBinding::CopyRowsNoColumnNames:
+        return &holder.copyRowsNoColumnNames;
+    case OptionBinding::WarnTooFew:
+        return &holder.warnTooFew;
+    case OptionBinding::FilterCaseSensitive:
+        return &holder.filterCaseSensitive;
+    case OptionBinding::FilterWholeWord:
+        return &holder.filterWholeWord;
+    case OptionBinding::None:
+        break;
+    }
+    return nullptr;
+}
+
 } // namespace quirnel

@@ -234,22 +234,22 @@ void MainWindow::BuildPanes()
     m_warningsList->setObjectName(QStringLiteral("WarningsList"));
     layout->addWidget(m_warningsList, 1);
     auto* buttons = new QVBoxLayout;
-    struct ButtonSpec
+    struct WarningButton
     {
         const char* text;
         const char* tip;
         int id;
     };
-    const ButtonSpec specs[] = {
+    const WarningButton warningButtons[] = {
         {"Go", "Go to the row where the warning occurs.", cmd::kGoToWarning},
         {"Dismiss", "Delete this warning.", cmd::kDismissWarning},
         {"Hide", "Hide the warnings list.", cmd::kWarningsVisible},
     };
-    for (const ButtonSpec& spec : specs) {
-        auto* button = new QPushButton(QString::fromUtf8(spec.text), holder);
-        button->setObjectName(QString::fromUtf8(spec.text));
-        button->setToolTip(QString::fromUtf8(spec.tip));
-        const int id = spec.id;
+    for (const WarningButton& entry : warningButtons) {
+        auto* button = new QPushButton(QString::fromUtf8(entry.text), holder);
+        button->setObjectName(QString::fromUtf8(entry.text));
+        button->setToolTip(QString::fromUtf8(entry.tip));
+        const int id = entry.id;
         connect(button, &QPushButton::clicked, this, [this, id] { OnCommand(id); });
         buttons->addWidget(button);
     }
@@ -802,23 +802,10 @@ DocumentState MainWindow::CurrentState() const
 
 void MainWindow::SetOption(OptionBinding binding, bool value)
 {
-    switch (binding) {
-    case OptionBinding::CopyRowsNoColumnNames:
-        m_prefs.copyRowsNoColumnNames = value;
-        break;
-    case OptionBinding::WarnTooFew:
-        m_prefs.warnTooFew = value;
+    if (bool* field = OptionField(binding, m_prefs))
+        *field = value;
+    if (binding == OptionBinding::WarnTooFew)
         m_document.SetWarnTooFew(value);
-        break;
-    case OptionBinding::FilterCaseSensitive:
-        m_prefs.filterCaseSensitive = value;
-        break;
-    case OptionBinding::FilterWholeWord:
-        m_prefs.filterWholeWord = value;
-        break;
-    case OptionBinding::None:
-        break;
-    }
 }
 
 void MainWindow::OnCommand(int id)
@@ -1134,21 +1121,25 @@ void MainWindow::MoveFocusTo(int row, int column)
     RefreshCommandStates(m_actions);
 }
 
+QString MainWindow::ChooseFileToOpen(const QString& title, bool csvFirst)
+{
+    const QString csv = QStringLiteral("CSV files (*.csv *.txt *.tsv)");
+    const QString all = QStringLiteral("All files (*)");
+    return QFileDialog::getOpenFileName(this, title, Q(m_frame.lastDirectory),
+                                        csvFirst ? csv + QStringLiteral(";;") + all
+                                                 : all + QStringLiteral(";;") + csv);
+}
+
 void MainWindow::OnOpenFile()
 {
-    QString chosen = QFileDialog::getOpenFileName(
-        this, QStringLiteral("Open File"), Q(m_frame.lastDirectory),
-        QStringLiteral("CSV files (*.csv *.txt *.tsv);;All files (*)"));
-    if (chosen.isEmpty())
-        return;
-    OpenPath(chosen.toStdString());
+    const QString chosen = ChooseFileToOpen(QStringLiteral("Open File"), true);
+    if (!chosen.isEmpty())
+        OpenPath(chosen.toStdString());
 }
 
 void MainWindow::OnOpenNonstandardFile()
 {
-    QString chosen = QFileDialog::getOpenFileName(
-        this, QStringLiteral("Open Nonstandard File"), Q(m_frame.lastDirectory),
-        QStringLiteral("All files (*);;CSV files (*.csv *.txt *.tsv)"));
+    const QString chosen = ChooseFileToOpen(QStringLiteral("Open Nonstandard File"), false);
     if (chosen.isEmpty())
         return;
     const std::string path = AbsolutePath(chosen.toStdString());

@@ -143,6 +143,8 @@ private:
     void StoreCurrentFileProperties();
 
     void OnOpenFile();
+    /// The open-file dialog from the last folder; empty when cancelled.
+    QString ChooseFileToOpen(const QString& title, bool csvFirst);
     void OnGridCommand(int command, int row, int column);
     void OnOpenNonstandardFile();
     void OnSaveFileAs();

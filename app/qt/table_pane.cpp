@@ -54,21 +54,14 @@ void TablePane::EndReset()
         --m_impl->resetting;
     if (m_impl->resetting)
         return;
-    // Resetting the model clears the view's current index, and with it the control's focus
-    // cell; keep the one the load restored.
-    TableControl& t = m_impl->table;
-    const int row = t.FocusRow();
-    const int column = t.FocusColumn();
-    ++m_impl->resetting;
-    t.Redraw();
-    t.SetFocusCell(row, column);
-    m_impl->view->ShowFocusCell();
-    --m_impl->resetting;
+    Refresh();
     emit CurrentCellChanged();
 }
 
 void TablePane::Refresh()
 {
+    // Resetting the model clears the view's current index, and with it the control's focus
+    // cell; keep the one the load restored.
     TableControl& t = m_impl->table;
     const int row = t.FocusRow();
     const int column = t.FocusColumn();

@@ -5,6 +5,7 @@
 #include "app/qt/toolbar_widgets.h"
 #include "ostrand/settings/settings_exchange.h"
 #include "ostrand/settings/settings_file.h"
+#include "tests/gui/gui_test_support.h"
 
 #include <QAction>
 #include <QComboBox>
@@ -21,6 +22,7 @@
 #include <memory>
 
 using namespace quirnel;
+using namespace quirnel::test;
 
 namespace {
 
@@ -44,22 +46,8 @@ public:
     }
     void SetOption(OptionBinding binding, bool value) override
     {
-        switch (binding) {
-        case OptionBinding::FilterWholeWord:
-            state.filterWholeWord = value;
-            break;
-        case OptionBinding::FilterCaseSensitive:
-            state.filterCaseSensitive = value;
-            break;
-        case OptionBinding::WarnTooFew:
-            state.warnTooFew = value;
-            break;
-        case OptionBinding::CopyRowsNoColumnNames:
-            state.copyRowsNoColumnNames = value;
-            break;
-        case OptionBinding::None:
-            break;
-        }
+        if (bool* field = OptionField(binding, state))
+            *field = value;
     }
 
     DocumentState state;
@@ -81,22 +69,13 @@ QStringList Texts(QMenu* menu)
 
 QMenu* Submenu(QMenu* menu, const QString& text)
 {
-    for (QAction* action : menu->actions()) {
-        if (action->text() == text && action->menu()) {
-            return action->menu();
-        }
-    }
-    return nullptr;
+    QAction* action = FindAction(menu, text, false);
+    return action ? action->menu() : nullptr;
 }
 
 QAction* ActionWithText(QMenu* menu, const QString& text)
 {
-    for (QAction* action : menu->actions()) {
-        if (action->text() == text) {
-            return action;
-        }
-    }
-    return nullptr;
+    return FindAction(menu, text, false);
 }
 
 void Open(QMenu* menu)
@@ -113,6 +92,21 @@ QAction* ToolbarActionFor(QToolBar* bar, int id)
     }
     return nullptr;
 }
+
+/// A bare main window whose menus report to a recording host.
+struct Bare
+{
+    QMainWindow window;
+    RecordingHost host;
+    CommandActions actions{&window, host};
+
+    bool Activate()
+    {
+        window.show();
+        window.activateWindow();
+        return QTest::qWaitForWindowActive(&window);
+    }
+};
 
 } // namespace
 
@@ -135,9 +129,8 @@ private slots:
 
 void TestCommands::menuBarCarriesTheExactTexts()
 {
-    QMainWindow window;
-    RecordingHost host;
-    CommandActions actions(&window, host);
+    Bare bare;
+    auto& [window, host, actions] = bare;
     QStringList titles;
     for (QMenu* menu : actions.Menus()) {
         titles << menu->title();
@@ -172,9 +165,8 @@ void TestCommands::menuBarCarriesTheExactTexts()
 
 void TestCommands::rowMenuFollowsTheSelectedRowCount()
 {
-    QMainWindow window;
-    RecordingHost host;
-    CommandActions actions(&window, host);
+    Bare bare;
+    auto& [window, host, actions] = bare;
     QMenu* row = actions.Menus()[4];
 
     host.state.selectedRowCount = 1;
@@ -198,9 +190,8 @@ void TestCommands::rowMenuFollowsTheSelectedRowCount()
 
 void TestCommands::sortOnColumnNeedsTwoColumns()
 {
-    QMainWindow window;
-    RecordingHost host;
-    CommandActions actions(&window, host);
+    Bare bare;
+    auto& [window, host, actions] = bare;
     QMenu* sort = Submenu(actions.Menus()[5], "Sort on column");
     QVERIFY(sort);
 
@@ -223,9 +214,8 @@ void TestCommands::sortOnColumnNeedsTwoColumns()
 
 void TestCommands::boundOptionFlipsItsBooleanAndSendsItsId()
 {
-    QMainWindow window;
-    RecordingHost host;
-    CommandActions actions(&window, host);
+    Bare bare;
+    auto& [window, host, actions] = bare;
     QMenu* options = actions.Menus()[1];
     Open(options);
     QAction* wholeWord = ActionWithText(options, "Filter: whole word");
@@ -244,12 +234,9 @@ void TestCommands::boundOptionFlipsItsBooleanAndSendsItsId()
 
 void TestCommands::shortcutReachesItsCommand()
 {
-    QMainWindow window;
-    RecordingHost host;
-    CommandActions actions(&window, host);
-    window.show();
-    window.activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(&window));
+    Bare bare;
+    auto& [window, host, actions] = bare;
+    QVERIFY(bare.Activate());
 
     QTest::keyClick(&window, Qt::Key_F2, Qt::ShiftModifier);
     QTest::keyClick(&window, Qt::Key_PageUp, Qt::AltModifier);
@@ -262,13 +249,10 @@ void TestCommands::shortcutReachesItsCommand()
 
 void TestCommands::shortcutOfACommandWithoutHandlerDoesNothing()
 {
-    QMainWindow window;
-    RecordingHost host;
+    Bare bare;
+    auto& [window, host, actions] = bare;
     host.state.hasHandler = [](int id) { return id != cmd::kFindNext; };
-    CommandActions actions(&window, host);
-    window.show();
-    window.activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(&window));
+    QVERIFY(bare.Activate());
 
     QTest::keyClick(&window, Qt::Key_F2);
     QVERIFY(host.received.empty());
@@ -279,9 +263,8 @@ void TestCommands::shortcutOfACommandWithoutHandlerDoesNothing()
 
 void TestCommands::cellPopupShowsTheEditorsMenu()
 {
-    QMainWindow window;
-    RecordingHost host;
-    CommandActions actions(&window, host);
+    Bare bare;
+    auto& [window, host, actions] = bare;
     QMenu* cell = actions.Menus()[2];
     Open(cell);
     QVERIFY(cell->actions().isEmpty());
@@ -296,9 +279,8 @@ void TestCommands::cellPopupShowsTheEditorsMenu()
 
 void TestCommands::toolbarShowsDefaultsAndItsContextMenu()
 {
-    QMainWindow window;
-    RecordingHost host;
-    CommandActions actions(&window, host);
+    Bare bare;
+    auto& [window, host, actions] = bare;
     ToolbarModel model;
     BuildMainToolbar(model);
     MainToolbar toolbar(&window, model, actions);
@@ -335,12 +317,10 @@ void TestCommands::customisationSurvivesARestart()
 {
     ost::SettingsFile settings;
     {
-        QMainWindow window;
-        RecordingHost host;
-        CommandActions actions(&window, host);
+        Bare bare;
         ToolbarModel model;
         BuildMainToolbar(model);
-        MainToolbar toolbar(&window, model, actions);
+        MainToolbar toolbar(&bare.window, model, bare.actions);
 
         CustomizeToolbarDialog dialog(model);
         QTreeWidget* list = dialog.List();
@@ -359,9 +339,8 @@ void TestCommands::customisationSurvivesARestart()
         ost::SettingsExchange exchange(settings, ost::SettingsDirection::Write);
         model.Exchange(exchange);
     }
-    QMainWindow window;
-    RecordingHost host;
-    CommandActions actions(&window, host);
+    Bare bare;
+    auto& [window, host, actions] = bare;
     ToolbarModel model;
     BuildMainToolbar(model);
     ost::SettingsFile reread;

@@ -4,85 +4,22 @@
 #include "app/command_ids.h"
 #include "app/qt/main_window.h"
 #include "app/qt/table_pane.h"
+#include "tests/gui/gui_test_support.h"
 #include "view/qt/grid_view.h"
 
 #include <QAbstractItemView>
-#include <QApplication>
 #include <QCheckBox>
-#include <QComboBox>
-#include <QDialog>
 #include <QDockWidget>
-#include <QFile>
 #include <QFileInfo>
 #include <QLineEdit>
 #include <QListWidget>
-#include <QMenu>
 #include <QMenuBar>
-#include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QSplitter>
-#include <QTemporaryDir>
-#include <QTest>
-#include <QTimer>
-
-#include <functional>
-#include <memory>
 
 using namespace quirnel;
-
-namespace {
-
-/// Runs `act` on the next modal widget (dialog or message box) once it is shown.
-void OnNextModal(std::function<void(QWidget*)> act)
-{
-    auto* timer = new QTimer;
-    timer->setInterval(10);
-    auto tries = std::make_shared<int>(0);
-    QObject::connect(timer, &QTimer::timeout, [timer, act, tries] {
-        QWidget* modal = QApplication::activeModalWidget();
-        if (!modal && ++*tries < 500)
-            return;
-        timer->stop();
-        timer->deleteLater();
-        if (modal)
-            act(modal);
-    });
-    timer->start();
-}
-
-void WriteBytes(const QString& path, const QByteArray& bytes)
-{
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    file.write(bytes);
-}
-
-QByteArray ReadBytes(const QString& path)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
-    return file.readAll();
-}
-
-QString CellText(MainWindow& window, int row, int column)
-{
-    return QString::fromStdU16String(window.Document().CellTextWide(row, column));
-}
-
-/// Chooses the entry with this value in the dialog's combo box named `name` and presses OK.
-void ChooseAndAccept(QWidget* dialog, const char* name, int value)
-{
-    auto* box = dialog->findChild<QComboBox*>(QString::fromUtf8(name));
-    QVERIFY(box);
-    int index = box->findData(value);
-    QVERIFY(index >= 0);
-    box->setCurrentIndex(index);
-    static_cast<QDialog*>(dialog)->accept();
-}
-
-} // namespace
+using namespace quirnel::test;
 
 /// Another instance that shows every file whose name starts with "shown".
 class FakeInstances : public InstanceFinder
@@ -104,19 +41,18 @@ class TestMainWindow : public QObject
     Q_OBJECT
 
 private:
-    std::unique_ptr<QTemporaryDir> m_dir;
+    std::unique_ptr<WindowFolder> m_folder;
 
-    QString Path(const QString& name) const { return m_dir->path() + QStringLiteral("/") + name; }
-    std::unique_ptr<MainWindow> NewWindow()
+    QString Path(const QString& name) const { return m_folder->Path(name); }
+    std::unique_ptr<MainWindow> NewWindow() const { return m_folder->NewWindow(); }
+    std::unique_ptr<MainWindow> OpenWindow(const QByteArray& bytes, const char* name) const
     {
-        MainWindowOptions options;
-        options.settingsFolder = Path(QStringLiteral("settings")).toStdString();
-        return std::make_unique<MainWindow>(options);
+        return m_folder->OpenWindow(bytes, QString::fromUtf8(name));
     }
 
 private slots:
-    void init() { m_dir = std::make_unique<QTemporaryDir>(); }
-    void cleanup() { m_dir.reset(); }
+    void init() { m_folder = std::make_unique<WindowFolder>(); }
+    void cleanup() { m_folder.reset(); }
 
     void PanesAndToolbarControlsAreNamed()
     {
@@ -127,16 +63,14 @@ private slots:
         QVERIFY(window->findChild<QPlainTextEdit*>(QStringLiteral("Editor")));
         QVERIFY(window->findChild<QSplitter*>(QStringLiteral("MultilineSplitter")));
         QVERIFY(window->findChild<QDockWidget*>(QStringLiteral("Warnings")));
-        auto* go = window->findChild<QPushButton*>(QStringLiteral("Go"));
-        QVERIFY(go);
-        QCOMPARE(go->toolTip(), QStringLiteral("Go to the row where the warning occurs."));
-        QCOMPARE(window->findChild<QPushButton*>(QStringLiteral("Dismiss"))->toolTip(),
-                 QStringLiteral("Delete this warning."));
-        QCOMPARE(window->findChild<QPushButton*>(QStringLiteral("Hide"))->toolTip(),
-                 QStringLiteral("Hide the warnings list."));
-        auto* filter = window->findChild<QLineEdit*>(QStringLiteral("Filter Text"));
-        QVERIFY(filter);
-        QCOMPARE(filter->placeholderText(), QStringLiteral("Filter"));
+        for (auto [name, tip] : {std::pair{"Go", "Go to the row where the warning occurs."},
+                                 {"Dismiss", "Delete this warning."},
+                                 {"Hide", "Hide the warnings list."}}) {
+            auto* button = window->findChild<QPushButton*>(QString::fromUtf8(name));
+            QVERIFY2(button && button->toolTip() == QString::fromUtf8(tip), name);
+        }
+        QCOMPARE(window->findChild<QLineEdit*>(QStringLiteral("Filter Text"))->placeholderText(),
+                 QStringLiteral("Filter"));
         // An id nobody handles is reported, not fatal.
         window->OnCommand(12345);
     }
@@ -144,7 +78,7 @@ private slots:
     void OpenEditSaveReopenRestoresView()
     {
         const QString file = Path(QStringLiteral("sales.csv"));
-        WriteBytes(file, "Name,Amount,Note\r\nb,10,x\r\na,9,y\r\nd,100,z\r\nc,-1,w\r\n");
+        QVERIFY(WriteBytes(file, "Name,Amount,Note\r\nb,10,x\r\na,9,y\r\nd,100,z\r\nc,-1,w\r\n"));
         {
             auto window = NewWindow();
             QVERIFY(window->OpenPath(file.toStdString()));
@@ -222,18 +156,16 @@ private slots:
         QCOMPARE(window->Document().Table().AltRows(), 1);
 
         const QString file = Path(QStringLiteral("p.csv"));
-        WriteBytes(file, "A\r\n1\r\n");
-        QVERIFY(window->OpenPath(file.toStdString()));
+        QVERIFY(WriteBytes(file, "A\r\n1\r\n") && window->OpenPath(file.toStdString()));
         QCOMPARE(window->windowTitle(), file + QStringLiteral(" - Quirnel"));
     }
 
     void FilePropertiesToUtf8ConvertsAndSaveWritesMark()
     {
-        const QString file = Path(QStringLiteral("u.csv"));
-        WriteBytes(file, "Wort\r\nGr\xc3\xbc\xc3\x9f"
-                         "e\r\n");
-        auto window = NewWindow();
-        QVERIFY(window->OpenPath(file.toStdString()));
+        auto window = OpenWindow("Wort\r\nGr\xc3\xbc\xc3\x9f"
+                                 "e\r\n",
+                                 "u.csv");
+        QVERIFY(window);
         QCOMPARE(window->Document().TextMode(), 0);
         OnNextModal([](QWidget* dialog) {
             QCOMPARE(dialog->windowTitle(), QStringLiteral("File Properties"));
@@ -247,7 +179,7 @@ private slots:
         QCOMPARE(CellText(*window, 0, 1), QStringLiteral("Gr\u00fc\u00dfe"));
         QVERIFY(window->Document().Modified());
         QVERIFY(window->Save());
-        QByteArray saved = ReadBytes(file);
+        const QByteArray saved = ReadBytes(Path(QStringLiteral("u.csv")));
         QVERIFY(saved.startsWith("\xef\xbb\xbfWort\r\n"));
         QVERIFY(saved.contains("Gr\xc3\xbc\xc3\x9f"
                                "e"));
@@ -257,7 +189,7 @@ private slots:
     {
         const QString file = Path(QStringLiteral("ru.csv"));
         const QByteArray privet("\xcf\xf0\xe8\xe2\xe5\xf2");
-        WriteBytes(file, "Name\r\n" + privet + "\r\n");
+        QVERIFY(WriteBytes(file, "Name\r\n" + privet + "\r\n"));
         const QString expected = QStringLiteral("\u041f\u0440\u0438\u0432\u0435\u0442");
         {
             auto window = NewWindow();
@@ -278,13 +210,10 @@ private slots:
     void FilePropertiesWithoutFileIsRefused()
     {
         auto window = NewWindow();
-        QString shown;
-        OnNextModal([&shown](QWidget* box) {
-            shown = static_cast<QMessageBox*>(box)->text();
-            static_cast<QMessageBox*>(box)->accept();
-        });
+        SeenBox shown;
+        RecordNextBox(shown);
         window->OnCommand(cmd::kFileProperties);
-        QCOMPARE(shown,
+        QCOMPARE(shown.text,
                  QStringLiteral(
                      "You must first open the file that you wish to edit the properties for."));
         QVERIFY(!window->Document().FileOpen());
@@ -292,10 +221,8 @@ private slots:
 
     void MultilineEditorCommitsIntoTheCell()
     {
-        const QString file = Path(QStringLiteral("m.csv"));
-        WriteBytes(file, "A,B\r\n1,2\r\n");
-        auto window = NewWindow();
-        QVERIFY(window->OpenPath(file.toStdString()));
+        auto window = OpenWindow("A,B\r\n1,2\r\n", "m.csv");
+        QVERIFY(window);
         window->Document().Table().SetFocusCell(0, 2);
         window->Grid()->ShowFocusCell();
         window->OnCommand(cmd::kMultilineEditingMode);
@@ -330,17 +257,15 @@ private slots:
     void ExternalChangeAsksAndReopens()
     {
         const QString file = Path(QStringLiteral("x.csv"));
-        WriteBytes(file, "A\r\nold\r\n");
-        auto window = NewWindow();
-        QVERIFY(window->Frame().detectChanges);
-        QVERIFY(window->OpenPath(file.toStdString()));
+        auto window = OpenWindow("A\r\nold\r\n", "x.csv");
+        QVERIFY(window && window->Frame().detectChanges);
         QString asked;
         OnNextModal([&asked](QWidget* widget) {
             auto* box = static_cast<QMessageBox*>(widget);
             asked = box->text();
             box->button(QMessageBox::Yes)->click();
         });
-        WriteBytes(file, "A\r\nchanged elsewhere\r\n");
+        QVERIFY(WriteBytes(file, "A\r\nchanged elsewhere\r\n"));
         QTRY_VERIFY_WITH_TIMEOUT(CellText(*window, 0, 1) == QStringLiteral("changed elsewhere"),
                                  5000);
         QCOMPARE(asked, QStringLiteral("The file \"") + file +
@@ -353,11 +278,10 @@ private slots:
     void AutoOpenLastFileUnlessStartedWithOne()
     {
         const QString file = Path(QStringLiteral("last.csv"));
-        WriteBytes(file, "A\r\n1\r\n");
         {
-            auto window = NewWindow();
+            auto window = OpenWindow("A\r\n1\r\n", "last.csv");
+            QVERIFY(window);
             window->Frame().autoOpen = true;
-            QVERIFY(window->OpenPath(file.toStdString()));
             window->close();
         }
         {
@@ -375,10 +299,8 @@ private slots:
 
     void FilterTextHidesRowsWithoutIt()
     {
-        const QString file = Path(QStringLiteral("f.csv"));
-        WriteBytes(file, "Name\r\napple\r\npear\r\nPineapple\r\n");
-        auto window = NewWindow();
-        QVERIFY(window->OpenPath(file.toStdString()));
+        auto window = OpenWindow("Name\r\napple\r\npear\r\nPineapple\r\n", "f.csv");
+        QVERIFY(window);
         auto* text = window->findChild<QLineEdit*>(QStringLiteral("Filter Text"));
         text->setText(QStringLiteral("apple"));
         QTest::keyClick(text, Qt::Key_Return);
@@ -390,10 +312,9 @@ private slots:
     void DocumentShownElsewhereAsksSwitchOrReopen()
     {
         const QString file = Path(QStringLiteral("shown.csv"));
-        WriteBytes(file, "A\r\n1\r\n");
+        QVERIFY(WriteBytes(file, "A\r\n1\r\n"));
         FakeInstances instances;
-        MainWindowOptions options;
-        options.settingsFolder = Path(QStringLiteral("settings")).toStdString();
+        MainWindowOptions options = m_folder->Options();
         options.instances = &instances;
         MainWindow window(options);
 
@@ -429,8 +350,7 @@ private slots:
     {
         const QString first = Path(QStringLiteral("one.csv"));
         const QString second = Path(QStringLiteral("two.csv"));
-        WriteBytes(first, "A\r\n1\r\n");
-        WriteBytes(second, "B\r\n2\r\n");
+        QVERIFY(WriteBytes(first, "A\r\n1\r\n") && WriteBytes(second, "B\r\n2\r\n"));
         {
             auto window = NewWindow();
             window->setGeometry(40, 50, 640, 480);
@@ -453,10 +373,8 @@ private slots:
     // Both menu families used to share a record name; the grid's menus crashed the editor.
     void GridMenusAndTheMenuBarLiveTogether()
     {
-        const QString file = Path(QStringLiteral("g.csv"));
-        WriteBytes(file, "A,B\r\n1,2\r\n3,4\r\n");
-        auto window = NewWindow();
-        QVERIFY(window->OpenPath(file.toStdString()));
+        auto window = OpenWindow("A,B\r\n1,2\r\n3,4\r\n", "g.csv");
+        QVERIFY(window);
         auto* grid = static_cast<quirnel::GridView*>(window->Grid()->View());
         std::unique_ptr<QMenu> header(grid->BuildHeaderMenu(1, window.get()));
         std::unique_ptr<QMenu> cell(grid->BuildCellMenu(0, 1, window.get()));
@@ -468,10 +386,8 @@ private slots:
 
     void LoadWarningsAreListed()
     {
-        const QString file = Path(QStringLiteral("w.csv"));
-        WriteBytes(file, "A,B\r\n1,2,3\r\n4,5\r\n");
-        auto window = NewWindow();
-        QVERIFY(window->OpenPath(file.toStdString()));
+        auto window = OpenWindow("A,B\r\n1,2,3\r\n4,5\r\n", "w.csv");
+        QVERIFY(window);
         QVERIFY(!window->Document().Warnings().empty());
         QCOMPARE(window->WarningsList()->count(),
                  static_cast<int>(window->Document().Warnings().size()));

@@ -8,87 +8,34 @@
 #include "app/qt/jump_to_row_dialog.h"
 #include "app/qt/main_window.h"
 #include "app/qt/table_pane.h"
+#include "tests/gui/gui_test_support.h"
 #include "view/qt/grid_view.h"
 
 #include <QAbstractItemView>
-#include <QApplication>
 #include <QClipboard>
-#include <QFile>
 #include <QHeaderView>
 #include <QLineEdit>
-#include <QMenu>
-#include <QMessageBox>
-#include <QTemporaryDir>
-#include <QTest>
-#include <QTimer>
-
-#include <functional>
-#include <memory>
 
 using namespace quirnel;
+using namespace quirnel::test;
 
 namespace {
 
-/// Runs `act` on the next modal widget (dialog or message box) once it is shown.
-void OnNextModal(std::function<void(QWidget*)> act)
+/// Types `text` into the Jump To Row dialog and presses OK; `seen`, if given, records the box
+/// that follows, and `startsAt`, if given, is the number the dialog must start with.
+void AnswerJumpToRow(const QString& text, SeenBox* seen = nullptr, const QString& startsAt = {})
 {
-    auto* timer = new QTimer;
-    timer->setInterval(10);
-    auto tries = std::make_shared<int>(0);
-    QObject::connect(timer, &QTimer::timeout, [timer, act, tries] {
-        QWidget* modal = QApplication::activeModalWidget();
-        if (!modal && ++*tries < 500)
-            return;
-        timer->stop();
-        timer->deleteLater();
-        if (modal)
-            act(modal);
-    });
-    timer->start();
-}
-
-/// What a message box said; filled when the box is closed.
-struct SeenBox
-{
-    QString title;
-    QString text;
-};
-
-/// Closes the next message box and remembers its title and text.
-void RecordNextBox(SeenBox& seen)
-{
-    OnNextModal([&seen](QWidget* modal) {
-        auto* box = qobject_cast<QMessageBox*>(modal);
-        QVERIFY(box);
-        seen.title = box->windowTitle();
-        seen.text = box->text();
-        box->accept();
-    });
-}
-
-/// Types `text` into the Jump To Row dialog and presses OK.
-void AnswerJumpToRow(const QString& text)
-{
-    OnNextModal([text](QWidget* modal) {
+    OnNextModal([text, seen, startsAt](QWidget* modal) {
+        if (seen)
+            RecordNextBox(*seen);
         auto* dialog = qobject_cast<JumpToRowDialog*>(modal);
         QVERIFY(dialog);
         QCOMPARE(dialog->windowTitle(), QStringLiteral("Jump To Row"));
+        if (!startsAt.isNull())
+            QCOMPARE(dialog->RowNumber()->text(), startsAt);
         dialog->RowNumber()->setText(text);
         dialog->accept();
     });
-}
-
-/// The entry with this text anywhere in the menu or its submenus.
-QAction* FindAction(QMenu* menu, const QString& text)
-{
-    for (QAction* action : menu->actions()) {
-        if (action->text() == text)
-            return action;
-        if (action->menu())
-            if (QAction* found = FindAction(action->menu(), text))
-                return found;
-    }
-    return nullptr;
 }
 
 } // namespace
@@ -98,23 +45,11 @@ class TestTableCommands : public QObject
     Q_OBJECT
 
 private:
-    std::unique_ptr<QTemporaryDir> m_dir;
+    std::unique_ptr<WindowFolder> m_folder;
 
-    /// A window with `bytes` opened as "t.csv".
     std::unique_ptr<MainWindow> OpenWindow(const QByteArray& bytes)
     {
-        const QString path = m_dir->path() + QStringLiteral("/t.csv");
-        QFile file(path);
-        if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate))
-            return nullptr;
-        file.write(bytes);
-        file.close();
-        MainWindowOptions options;
-        options.settingsFolder = (m_dir->path() + QStringLiteral("/settings")).toStdString();
-        auto window = std::make_unique<MainWindow>(options);
-        if (!window->OpenPath(path.toStdString()))
-            return nullptr;
-        return window;
+        return m_folder->OpenWindow(bytes);
     }
 
     static void Focus(MainWindow& window, int row, int column)
@@ -137,8 +72,8 @@ private:
     const QByteArray kFourRows = "Name,Amount\r\nb,10\r\na,9\r\nd,100\r\nc,\r\n";
 
 private slots:
-    void init() { m_dir = std::make_unique<QTemporaryDir>(); }
-    void cleanup() { m_dir.reset(); }
+    void init() { m_folder = std::make_unique<WindowFolder>(); }
+    void cleanup() { m_folder.reset(); }
 
     void TableCommandsAreEnabledAndUnbuiltOnesAreNot()
     {
@@ -248,16 +183,9 @@ private slots:
         QCOMPARE(table.FocusColumn(), 2);
         QCOMPARE(window->Grid()->View()->currentIndex().row(), table.ViewIndexOfRow(2));
 
+        // The dialog starts at the current row.
         SeenBox seen;
-        OnNextModal([&seen](QWidget* modal) {
-            RecordNextBox(seen);
-            auto* dialog = qobject_cast<JumpToRowDialog*>(modal);
-            QVERIFY(dialog);
-            // The dialog starts at the current row.
-            QCOMPARE(dialog->RowNumber()->text(), QStringLiteral("3"));
-            dialog->RowNumber()->setText(QStringLiteral("5"));
-            dialog->accept();
-        });
+        AnswerJumpToRow(QStringLiteral("5"), &seen, QStringLiteral("3"));
         window->OnCommand(cmd::kJumpToRow);
         QCOMPARE(seen.title, QStringLiteral("Jump To Row"));
         QCOMPARE(seen.text, QStringLiteral("There is no row 5.  Please enter a row number from 1 "
@@ -273,13 +201,7 @@ private slots:
 
         table.SetRowHidden(1, true);
         SeenBox hidden;
-        OnNextModal([&hidden](QWidget* modal) {
-            RecordNextBox(hidden);
-            auto* dialog = qobject_cast<JumpToRowDialog*>(modal);
-            QVERIFY(dialog);
-            dialog->RowNumber()->setText(QStringLiteral("2"));
-            dialog->accept();
-        });
+        AnswerJumpToRow(QStringLiteral("2"), &hidden);
         window->OnCommand(cmd::kJumpToRow);
         QCOMPARE(hidden.text, QStringLiteral("Row 2 is hidden by the row filter.  Turn the "
                                              "filter off to see it."));
@@ -288,12 +210,9 @@ private slots:
 
     void JumpToRowOnAnEmptyTableExplainsWithoutDialog()
     {
-        MainWindowOptions options;
-        options.settingsFolder = (m_dir->path() + QStringLiteral("/settings")).toStdString();
-        MainWindow window(options);
         SeenBox seen;
         RecordNextBox(seen);
-        window.OnCommand(cmd::kJumpToRow);
+        m_folder->NewWindow()->OnCommand(cmd::kJumpToRow);
         QCOMPARE(seen.title, QStringLiteral("Jump To Row"));
         QCOMPARE(seen.text, QStringLiteral("This tool cannot run on an empty table."));
     }
