@@ -2,22 +2,24 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
+
 namespace quirnel {
 namespace {
 
 const std::string kFolder = "/home/user/data";
 
+/// Fields left out are the defaults: no path, no delimiter, no association list, switches off.
 struct OptionsCase
 {
     const char* name;
     const char* commandLine;
-    const char* path;
-    char delimiter;
-    std::vector<std::string> associations; // empty with hasAssociations false: absent
-    bool hasAssociations;
-    bool noConfirm;
-    bool reportSuccess;
-    bool newVersion;
+    const char* path = "";
+    char delimiter = 0;
+    std::optional<std::vector<std::string>> associations = std::nullopt;
+    bool noConfirm = false;
+    bool reportSuccess = false;
+    bool newVersion = false;
 };
 
 class StartupOptionsAccepted : public testing::TestWithParam<OptionsCase>
@@ -31,86 +33,50 @@ TEST_P(StartupOptionsAccepted, GivesOptions)
     ASSERT_TRUE(options) << message;
     EXPECT_EQ(options->path, c.path);
     EXPECT_EQ(options->delimiter, c.delimiter);
-    EXPECT_EQ(options->associationList.has_value(), c.hasAssociations);
-    if (options->associationList) {
-        EXPECT_EQ(*options->associationList, c.associations);
-    }
+    EXPECT_EQ(options->associationList, c.associations);
     EXPECT_EQ(options->noConfirm, c.noConfirm);
     EXPECT_EQ(options->reportSuccess, c.reportSuccess);
     EXPECT_EQ(options->newVersion, c.newVersion);
 }
 
+const char* const kInFolder = "/home/user/data/a.csv";
+
 INSTANTIATE_TEST_SUITE_P(
     Table, StartupOptionsAccepted,
     testing::Values(
-        OptionsCase{"Empty", "", "", 0, {}, false, false, false, false},
-        OptionsCase{
-            "RelativePath", "a.csv", "/home/user/data/a.csv", 0, {}, false, false, false, false},
-        OptionsCase{
-            "DotDotPath", "../b.csv", "/home/user/b.csv", 0, {}, false, false, false, false},
-        OptionsCase{"AbsolutePath", "/tmp/x.csv", "/tmp/x.csv", 0, {}, false, false, false, false},
-        OptionsCase{"QuotedPathWithSpaces",
-                    "\"/tmp/my files/x y.csv\"",
-                    "/tmp/my files/x y.csv",
-                    0,
-                    {},
-                    false,
-                    false,
-                    false,
-                    false},
-        OptionsCase{"QuoteInsideToken",
-                    "/tmp/\"my files\"/x.csv",
-                    "/tmp/my files/x.csv",
-                    0,
-                    {},
-                    false,
-                    false,
-                    false,
-                    false},
-        OptionsCase{"SepTwoIsTab",
-                    "/sep2 a.csv",
-                    "/home/user/data/a.csv",
-                    '\t',
-                    {},
-                    false,
-                    false,
-                    false,
-                    false},
-        OptionsCase{"SepOneDash",
-                    "-sep1 a.csv",
-                    "/home/user/data/a.csv",
-                    ',',
-                    {},
-                    false,
-                    false,
-                    false,
-                    false},
-        OptionsCase{"SepThree", "/sep3", "", ';', {}, false, false, false, false},
-        OptionsCase{"SepPlusFour", "/sep+4", "", '|', {}, false, false, false, false},
-        OptionsCase{"SepEqualsIgnored",
-                    "/sep=2 a.csv",
-                    "/home/user/data/a.csv",
-                    0,
-                    {},
-                    false,
-                    false,
-                    false,
-                    false},
-        OptionsCase{"SepFiveIgnored", "/sep5", "", 0, {}, false, false, false, false},
-        OptionsCase{"SepAloneIgnored", "/sep", "", 0, {}, false, false, false, false},
-        OptionsCase{
-            "AssociationList", "/a\"csv?txt\"", "", 0, {"csv", "txt"}, true, false, false, false},
-        OptionsCase{"AssociationWithSwitches",
-                    "/nc /rs -a\".csv\"",
-                    "",
-                    0,
-                    {".csv"},
-                    true,
-                    true,
-                    true,
-                    false},
-        OptionsCase{"NewVersion", "/ost_new_version", "", 0, {}, false, false, false, true},
-        OptionsCase{"BlankPathKept", "\"   \"", "   ", 0, {}, false, false, false, false}),
+        OptionsCase{.name = "Empty", .commandLine = ""},
+        OptionsCase{.name = "RelativePath", .commandLine = "a.csv", .path = kInFolder},
+        OptionsCase{.name = "DotDotPath", .commandLine = "../b.csv", .path = "/home/user/b.csv"},
+        OptionsCase{.name = "AbsolutePath", .commandLine = "/tmp/x.csv", .path = "/tmp/x.csv"},
+        OptionsCase{.name = "QuotedPathWithSpaces",
+                    .commandLine = "\"/tmp/my files/x y.csv\"",
+                    .path = "/tmp/my files/x y.csv"},
+        OptionsCase{.name = "QuoteInsideToken",
+                    .commandLine = "/tmp/\"my files\"/x.csv",
+                    .path = "/tmp/my files/x.csv"},
+        OptionsCase{.name = "SepTwoIsTab",
+                    .commandLine = "/sep2 a.csv",
+                    .path = kInFolder,
+                    .delimiter = '\t'},
+        OptionsCase{.name = "SepOneDash",
+                    .commandLine = "-sep1 a.csv",
+                    .path = kInFolder,
+                    .delimiter = ','},
+        OptionsCase{.name = "SepThree", .commandLine = "/sep3", .delimiter = ';'},
+        OptionsCase{.name = "SepPlusFour", .commandLine = "/sep+4", .delimiter = '|'},
+        OptionsCase{.name = "SepEqualsIgnored", .commandLine = "/sep=2 a.csv", .path = kInFolder},
+        OptionsCase{.name = "SepFiveIgnored", .commandLine = "/sep5"},
+        OptionsCase{.name = "SepAloneIgnored", .commandLine = "/sep"},
+        OptionsCase{.name = "AssociationList",
+                    .commandLine = "/a\"csv?txt\"",
+                    .associations = std::vector<std::string>{"csv", "txt"}},
+        OptionsCase{.name = "AssociationWithSwitches",
+                    .commandLine = "/nc /rs -a\".csv\"",
+                    .associations = std::vector<std::string>{".csv"},
+                    .noConfirm = true,
+                    .reportSuccess = true},
+        OptionsCase{.name = "NewVersion", .commandLine = "/ost_new_version", .newVersion = true},
+        OptionsCase{.name = "BlankPathKept", .commandLine = "\"   \"", .path = "   "}),
     [](const testing::TestParamInfo<OptionsCase>& param) { return param.param.name; });
 
 struct FaultCase
