@@ -85,26 +85,20 @@ TEST_F(AssociateExtensionTest, RefusesProgramTypesAsDefaultOpener)
 TEST_F(AssociateExtensionTest, AsksBeforeTakingOverAndKeepsBackup)
 {
     OtherProgramOwnsCsv();
-    ui.Expect("Associate",
-              ".csv files are currently associated with:\r\n\r\nC:\\Other\\sheet.exe\r\n\r\n"
-              "Should the association be changed?",
-              ost::kButtonYes);
-    EXPECT_FALSE(AssociateExtension({"csv"}, Default(), store, ui, kProgram));
-    EXPECT_EQ(Value(kClasses, ".csv"), "Veltrane Quirnel");
-    EXPECT_EQ(Value(kClasses, ".csv", "Quirnel Backup"), "Other.Sheet");
-}
-
-TEST_F(AssociateExtensionTest, NoToTheQuestionChangesNothing)
-{
-    OtherProgramOwnsCsv();
+    const std::string question =
+        ".csv files are currently associated with:\r\n\r\nC:\\Other\\sheet.exe\r\n\r\n"
+        "Should the association be changed?";
+    // No changes nothing, not even a notification.
     auto before = store.Keys();
-    ui.Expect("Associate",
-              ".csv files are currently associated with:\r\n\r\nC:\\Other\\sheet.exe\r\n\r\n"
-              "Should the association be changed?",
-              ost::kButtonNo);
+    ui.Expect("Associate", question, ost::kButtonNo);
     EXPECT_FALSE(AssociateExtension({"csv"}, Default(), store, ui, kProgram));
     EXPECT_EQ(store.Keys(), before);
     EXPECT_EQ(store.Notifications(), 0);
+
+    ui.Expect("Associate", question, ost::kButtonYes);
+    EXPECT_FALSE(AssociateExtension({"csv"}, Default(), store, ui, kProgram));
+    EXPECT_EQ(Value(kClasses, ".csv"), "Veltrane Quirnel");
+    EXPECT_EQ(Value(kClasses, ".csv", "Quirnel Backup"), "Other.Sheet");
 }
 
 TEST_F(AssociateExtensionTest, SkippedConfirmationAsksNothing)

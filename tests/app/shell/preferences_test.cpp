@@ -13,39 +13,18 @@ TEST(ExchangePreferences, WritesTheWholeSectionInItsOrder)
     Preferences preferences;
     ost::SettingsExchange write(file, ost::SettingsDirection::Write);
     ExchangePreferences(write, preferences);
-    EXPECT_EQ(file.Keys("Settings"), (std::vector<std::string>{"NoConfirmDeleteRow",
-                                                               "HideIndexColumn",
-                                                               "Charset",
-                                                               "BackupLevels",
-                                                               "DefaultEncdoing",
-                                                               "ShiftLeft",
-                                                               "NFLCC",
-                                                               "CCSeparator",
-                                                               "CCAlwaysSeparate",
-                                                               "WarnTooFew",
-                                                               "TrimLinesEnd",
-                                                               "TrimReduce",
-                                                               "CopyRowsNoColumnNames",
-                                                               "PasteRowsLocation",
-                                                               "FilterCS",
-                                                               "FilterWW",
-                                                               "Scope",
-                                                               "GraphAmount1Used",
-                                                               "GraphAmount",
-                                                               "GraphAmountW",
-                                                               "GraphAmount2Used",
-                                                               "GraphAmount2",
-                                                               "GraphAmountW2",
-                                                               "GraphDate",
-                                                               "GraphDateW",
-                                                               "GraphDateFormat",
-                                                               "GraphDivision",
-                                                               "GraphTitleUsed",
-                                                               "GraphTitle",
-                                                               "ExportHTMLTo",
-                                                               "ExportHTMLFilepath",
-                                                               "PrintSizeUsed",
-                                                               "PrintSize"}));
+    // clang-format off
+    const std::vector<std::string> keys = {
+        "NoConfirmDeleteRow", "HideIndexColumn", "Charset", "BackupLevels", "DefaultEncdoing",
+        "ShiftLeft", "NFLCC", "CCSeparator", "CCAlwaysSeparate", "WarnTooFew", "TrimLinesEnd",
+        "TrimReduce", "CopyRowsNoColumnNames", "PasteRowsLocation", "FilterCS", "FilterWW",
+        "Scope", "GraphAmount1Used", "GraphAmount", "GraphAmountW", "GraphAmount2Used",
+        "GraphAmount2", "GraphAmountW2", "GraphDate", "GraphDateW", "GraphDateFormat",
+        "GraphDivision", "GraphTitleUsed", "GraphTitle", "ExportHTMLTo", "ExportHTMLFilepath",
+        "PrintSizeUsed", "PrintSize",
+    };
+    // clang-format on
+    EXPECT_EQ(file.Keys("Settings"), keys);
 }
 
 TEST(ExchangePreferences, DefaultsWhenTheFileIsEmpty)
