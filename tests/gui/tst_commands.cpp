@@ -146,16 +146,8 @@ void TestCommands::menuBarCarriesTheExactTexts()
                                        "&Save file\tCtrl+S", "Save file &as", "&Close file", "-",
                                        "File properties", "Explore folder", "Export to HTML",
                                        "Print", "&1 /data/a.csv", "-", "E&xit\tCtrl+F4"}));
-    QCOMPARE(Texts(actions.Menus()[1]),
-             QStringList({"Preferences\tAlt+P", "Customize toolbar", "Character set", "-",
-                          "Copy rows: no column names", "Display warnings", "Display toolbar",
-                          "Filter: case sensitive", "Filter: whole word", "Multiline editing mode",
-                          "Warn if too few columns"}));
-    QCOMPARE(
-        Texts(actions.Menus()[6]),
-        QStringList({"Deduplicate rows", "Find\tCtrl+F2", "Find/replace\tAlt+F2", "Find/next\tF2",
-                     "Find/previous\tShift+F2", "Graph", "Import from CSV file", "Shuffle rows",
-                     "Spell check table", "Trim whitespace"}));
+    // The other menus' texts are the model's, checked in full by its own tests.
+    QCOMPARE(Texts(actions.Menus()[6]).size(), 10);
     QVERIFY(!ActionWithText(actions.Menus()[6], "Graph")->icon().isNull());
 
     // Choosing an entry sends its id.

@@ -275,28 +275,6 @@ private slots:
         QVERIFY(!window->Document().Modified());
     }
 
-    void AutoOpenLastFileUnlessStartedWithOne()
-    {
-        const QString file = Path(QStringLiteral("last.csv"));
-        {
-            auto window = OpenWindow("A\r\n1\r\n", "last.csv");
-            QVERIFY(window);
-            window->Frame().autoOpen = true;
-            window->close();
-        }
-        {
-            auto window = NewWindow();
-            window->SetExplicitStart(true);
-            window->AutoOpenLastFile();
-            QVERIFY(!window->Document().FileOpen());
-        }
-        auto window = NewWindow();
-        QCOMPARE(window->MostRecentFile(), file.toStdString());
-        window->AutoOpenLastFile();
-        QVERIFY(window->Document().FileOpen());
-        QCOMPARE(window->Document().Path(), file.toStdString());
-    }
-
     void FilterTextHidesRowsWithoutIt()
     {
         auto window = OpenWindow("Name\r\napple\r\npear\r\nPineapple\r\n", "f.csv");
@@ -346,7 +324,7 @@ private slots:
         QCOMPARE(instances.raised.size(), std::size_t(1));
     }
 
-    void PlacementAndRecentFilesSurviveRestart()
+    void PlacementRecentFilesAndLastFileSurviveRestart()
     {
         const QString first = Path(QStringLiteral("one.csv"));
         const QString second = Path(QStringLiteral("two.csv"));
@@ -354,20 +332,32 @@ private slots:
         {
             auto window = NewWindow();
             window->setGeometry(40, 50, 640, 480);
+            window->Frame().autoOpen = true;
             QVERIFY(window->OpenPath(first.toStdString()));
             QVERIFY(window->OpenPath(second.toStdString()));
             window->close();
         }
         QVERIFY(ReadBytes(Path(QStringLiteral("settings/quiredit.dat")))
                     .contains("WindowPos=s:40,50,640,480,0"));
+        {
+            auto window = NewWindow();
+            QCOMPARE(window->geometry().size(), QSize(640, 480));
+            const DocumentState state = window->CurrentState();
+            QCOMPARE(state.recentFiles,
+                     (std::vector<std::string>{second.toStdString(), first.toStdString()}));
+            QCOMPARE(window->MostRecentFile(), second.toStdString());
+            window->AutoOpenLastFile();
+            QCOMPARE(window->Document().Path(), second.toStdString());
+            QVERIFY(state.hasHandler(cmd::kRecentFileBase + 1));
+            window->OnCommand(cmd::kRecentFileBase + 1);
+            QCOMPARE(window->Document().Path(), first.toStdString());
+            window->close();
+        }
+        // Started with a file of its own, the window leaves the last one alone.
         auto window = NewWindow();
-        QCOMPARE(window->geometry().size(), QSize(640, 480));
-        const DocumentState state = window->CurrentState();
-        QCOMPARE(state.recentFiles,
-                 (std::vector<std::string>{second.toStdString(), first.toStdString()}));
-        QVERIFY(state.hasHandler(cmd::kRecentFileBase + 1));
-        window->OnCommand(cmd::kRecentFileBase + 1);
-        QCOMPARE(window->Document().Path(), first.toStdString());
+        window->SetExplicitStart(true);
+        window->AutoOpenLastFile();
+        QVERIFY(!window->Document().FileOpen());
     }
 
     // Both menu families used to share a record name; the grid's menus crashed the editor.

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
+
 namespace quirnel {
 namespace {
 
@@ -18,35 +20,40 @@ TEST(CommandState, CommandsWithoutHandlerAreDisabled)
 
 TEST(CommandState, ToggleCommandsFollowTheirSwitches)
 {
-    DocumentState state;
-    state.multilineMode = true;
-    state.toolbarShown = false;
-    EXPECT_TRUE(ComputeCommandState(cmd::kMultilineEditingMode, state).checked);
-    EXPECT_TRUE(ComputeCommandState(cmd::kMultilineEditingOption, state).checked);
-    EXPECT_FALSE(ComputeCommandState(cmd::kWarningsVisible, state).checked);
-    EXPECT_FALSE(ComputeCommandState(cmd::kDisplayWarnings, state).checked);
-    EXPECT_FALSE(ComputeCommandState(cmd::kDisplayToolbar, state).checked);
-    state.warningsVisible = true;
-    EXPECT_TRUE(ComputeCommandState(cmd::kWarningsVisible, state).checked);
-    EXPECT_TRUE(ComputeCommandState(cmd::kDisplayWarnings, state).checked);
+    // The toolbar button and the Options entry of one switch show the same check.
+    const std::pair<int, bool DocumentState::*> toggles[] = {
+        {cmd::kMultilineEditingMode, &DocumentState::multilineMode},
+        {cmd::kMultilineEditingOption, &DocumentState::multilineMode},
+        {cmd::kWarningsVisible, &DocumentState::warningsVisible},
+        {cmd::kDisplayWarnings, &DocumentState::warningsVisible},
+        {cmd::kDisplayToolbar, &DocumentState::toolbarShown}};
+    for (const auto& [id, flag] : toggles)
+        for (bool on : {false, true}) {
+            DocumentState state;
+            state.*flag = on;
+            EXPECT_EQ(ComputeCommandState(id, state).checked, on) << id;
+        }
 }
 
 TEST(CommandState, EntriesSharingAnIdAreCheckedByTheirOwnBoolean)
 {
-    DocumentState state;
-    state.filterWholeWord = true;
-    state.warnTooFew = false;
-    state.copyRowsNoColumnNames = true;
-    const std::vector<Menu> menus = MainMenuBar(false);
-    const std::vector<CommandMenuEntry>& options = menus[1].entries;
-    // "Copy rows: no column names", "Filter: case sensitive", "Filter: whole word",
-    // "Warn if too few columns".
-    EXPECT_TRUE(ComputeCommandState(options[4], state).checked);
-    EXPECT_FALSE(ComputeCommandState(options[7], state).checked);
-    EXPECT_TRUE(ComputeCommandState(options[8], state).checked);
-    EXPECT_FALSE(ComputeCommandState(options[10], state).checked);
-    EXPECT_EQ(options[7].id, options[8].id);
-    EXPECT_EQ(options[4].id, options[10].id);
+    int bound = 0;
+    for (const CommandMenuEntry& entry : MainMenuBar(false)[1].entries) {
+        for (bool on : {false, true}) {
+            // Every other flag says the opposite, so a check taken from the wrong one shows.
+            DocumentState state;
+            for (auto binding :
+                 {OptionBinding::CopyRowsNoColumnNames, OptionBinding::WarnTooFew,
+                  OptionBinding::FilterCaseSensitive, OptionBinding::FilterWholeWord})
+                *OptionField(binding, state) = !on;
+            if (bool* flag = OptionField(entry.binding, state)) {
+                *flag = on;
+                EXPECT_EQ(ComputeCommandState(entry, state).checked, on) << entry.text;
+                bound += on;
+            }
+        }
+    }
+    EXPECT_EQ(bound, 4);
 }
 
 TEST(CommandState, CharacterSetFollowsTheCodePage)
