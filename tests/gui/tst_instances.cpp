@@ -9,11 +9,6 @@
 
 namespace {
 
-QString Probe()
-{
-    return QCoreApplication::applicationDirPath() + QStringLiteral("/instance_probe");
-}
-
 QProcessEnvironment IsolatedEnvironment(const QString& socketFolder)
 {
     // The sockets live in the temporary folder; a private one keeps other runs out.
@@ -21,6 +16,21 @@ QProcessEnvironment IsolatedEnvironment(const QString& socketFolder)
     environment.insert(QStringLiteral("TMPDIR"), socketFolder);
     environment.insert(QStringLiteral("USER"), QStringLiteral("probe-user"));
     return environment;
+}
+
+/// Starts the probe with its sockets in `folder`.
+void StartProbe(QProcess& process, const QString& folder, const QStringList& arguments)
+{
+    process.setProcessEnvironment(IsolatedEnvironment(folder));
+    process.start(QCoreApplication::applicationDirPath() + QStringLiteral("/instance_probe"),
+                  arguments);
+}
+
+/// Starts a probe instance showing `shown`; true once it listens.
+bool Serve(QProcess& process, const QString& folder, const QString& shown)
+{
+    StartProbe(process, folder, {QStringLiteral("serve"), shown});
+    return process.waitForReadyRead(10000) && process.readLine().trimmed() == "listening";
 }
 
 } // namespace
@@ -37,16 +47,12 @@ private slots:
         const QString document = sockets.path() + QStringLiteral("/data file.csv");
 
         QProcess first;
-        first.setProcessEnvironment(IsolatedEnvironment(sockets.path()));
-        first.start(Probe(), {QStringLiteral("serve"), document});
-        QVERIFY(first.waitForStarted());
-        QVERIFY(first.waitForReadyRead(10000));
-        QCOMPARE(first.readLine().trimmed(), QByteArray("listening"));
+        QVERIFY(Serve(first, sockets.path(), document));
 
         QProcess second;
-        second.setProcessEnvironment(IsolatedEnvironment(sockets.path()));
         second.setWorkingDirectory(sockets.path());
-        second.start(Probe(), {QStringLiteral("start"), QStringLiteral("data file.csv")});
+        StartProbe(second, sockets.path(),
+                   {QStringLiteral("start"), QStringLiteral("data file.csv")});
         QVERIFY(second.waitForFinished(20000));
         QCOMPARE(second.exitCode(), 0);
         QCOMPARE(second.readAllStandardOutput(), QByteArray());
@@ -58,19 +64,14 @@ private slots:
     void OtherFileOpensItsOwnWindow()
     {
         QTemporaryDir sockets;
-        const QString shown = sockets.path() + QStringLiteral("/a.csv");
         QProcess first;
-        first.setProcessEnvironment(IsolatedEnvironment(sockets.path()));
-        first.start(Probe(), {QStringLiteral("serve"), shown});
-        QVERIFY(first.waitForReadyRead(10000));
+        QVERIFY(Serve(first, sockets.path(), sockets.path() + QStringLiteral("/a.csv")));
 
+        const QString other = sockets.path() + QStringLiteral("/b.csv");
         QProcess second;
-        second.setProcessEnvironment(IsolatedEnvironment(sockets.path()));
-        second.start(Probe(), {QStringLiteral("start"), sockets.path() + QStringLiteral("/b.csv")});
+        StartProbe(second, sockets.path(), {QStringLiteral("start"), other});
         QVERIFY(second.waitForFinished(20000));
-        QCOMPARE(second.readAllStandardOutput(),
-                 QByteArray("window\nopen ") +
-                     (sockets.path() + QStringLiteral("/b.csv")).toUtf8() + "\n");
+        QCOMPARE(second.readAllStandardOutput(), "window\nopen " + other.toUtf8() + "\n");
         first.kill();
         first.waitForFinished();
     }
@@ -123,15 +124,12 @@ private slots:
         QTemporaryDir sockets;
         const QString shown = sockets.path() + QStringLiteral("/a.csv");
         QProcess gone;
-        gone.setProcessEnvironment(IsolatedEnvironment(sockets.path()));
-        gone.start(Probe(), {QStringLiteral("serve"), shown});
-        QVERIFY(gone.waitForReadyRead(10000));
+        QVERIFY(Serve(gone, sockets.path(), shown));
         gone.kill(); // leaves its socket file behind
         gone.waitForFinished();
 
         QProcess second;
-        second.setProcessEnvironment(IsolatedEnvironment(sockets.path()));
-        second.start(Probe(), {QStringLiteral("start"), shown});
+        StartProbe(second, sockets.path(), {QStringLiteral("start"), shown});
         QVERIFY(second.waitForFinished(20000));
         QVERIFY(second.readAllStandardOutput().startsWith("window\n"));
     }
