@@ -6,16 +6,30 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <string>
+#include <vector>
 
 namespace quirnel {
 namespace {
 
 using test::CaseName;
-
 using test::FaultyFileSystem;
 using test::FileOp;
 using test::ReadFile;
 using test::WriteFile;
+
+struct ProgressLog
+{
+    std::vector<std::string> steps;
+    std::size_t cancelAt = 0; ///< 1-based step that answers "cancel"; 0 never
+};
+
+bool RecordStep(const std::string& text, void* data)
+{
+    auto* log = static_cast<ProgressLog*>(data);
+    log->steps.push_back(text);
+    return log->steps.size() == log->cancelAt;
+}
 
 class BackupFileTest : public testing::Test
 {
@@ -29,13 +43,12 @@ protected:
         for (int i = 1; i <= backups; ++i)
             WriteFile(Backup(i), "backup " + std::to_string(i));
     }
-    std::vector<std::string> Entries() const
+    std::vector<std::string> Entries() const { return m_dir.Entries(); }
+    /// Backs up data.csv, collecting errors in `m_errors`.
+    int Run(int levels, int flags = 0, const std::string& folder = "", ProgressLog* log = nullptr)
     {
-        std::vector<std::string> names;
-        for (const auto& entry : std::filesystem::directory_iterator(m_dir.Path()))
-            names.push_back(entry.path().filename().string());
-        std::sort(names.begin(), names.end());
-        return names;
+        return BackupFile(m_files, Path("data.csv"), folder, levels, flags, &m_errors,
+                          log ? RecordStep : nullptr, log);
     }
 
     test::TempDir m_dir;
@@ -46,8 +59,7 @@ protected:
 TEST_F(BackupFileTest, RotatesThreeLevels)
 {
     MakeFiles(3);
-    EXPECT_EQ(kBackupDone,
-              BackupFile(m_files, Path("data.csv"), "", 3, 0, &m_errors, nullptr, nullptr));
+    EXPECT_EQ(kBackupDone, Run(3));
     EXPECT_EQ("current", ReadFile(Backup(1)));
     EXPECT_EQ("backup 1", ReadFile(Backup(2)));
     EXPECT_EQ("backup 2", ReadFile(Backup(3)));
@@ -59,8 +71,7 @@ TEST_F(BackupFileTest, RotatesThreeLevels)
 TEST_F(BackupFileTest, FillsGapsWithoutComplaint)
 {
     MakeFiles(1);
-    EXPECT_EQ(kBackupDone,
-              BackupFile(m_files, Path("data.csv"), "", 9, 0, &m_errors, nullptr, nullptr));
+    EXPECT_EQ(kBackupDone, Run(9));
     EXPECT_EQ((std::vector<std::string>{"data.csv", "data.csv.bk1", "data.csv.bk2"}), Entries());
     EXPECT_EQ("", m_errors);
 }
@@ -68,8 +79,7 @@ TEST_F(BackupFileTest, FillsGapsWithoutComplaint)
 TEST_F(BackupFileTest, SingleLevelReplacesNewest)
 {
     MakeFiles(1);
-    EXPECT_EQ(kBackupDone,
-              BackupFile(m_files, Path("data.csv"), "", 1, 0, &m_errors, nullptr, nullptr));
+    EXPECT_EQ(kBackupDone, Run(1));
     EXPECT_EQ("current", ReadFile(Backup(1)));
     EXPECT_EQ((std::vector<std::string>{"data.csv", "data.csv.bk1"}), Entries());
 }
@@ -77,24 +87,18 @@ TEST_F(BackupFileTest, SingleLevelReplacesNewest)
 TEST_F(BackupFileTest, UnchangedFileIsNotBackedUpTwice)
 {
     MakeFiles(0);
-    ASSERT_EQ(kBackupDone,
-              BackupFile(m_files, Path("data.csv"), "", 3, 0, nullptr, nullptr, nullptr));
-    EXPECT_EQ(kBackupSkipped,
-              BackupFile(m_files, Path("data.csv"), "", 3, 0, nullptr, nullptr, nullptr));
+    ASSERT_EQ(kBackupDone, Run(3));
+    EXPECT_EQ(kBackupSkipped, Run(3));
     EXPECT_FALSE(std::filesystem::exists(Backup(2)));
-    EXPECT_EQ(kBackupDone, BackupFile(m_files, Path("data.csv"), "", 3, BACKUP_ALWAYS, nullptr,
-                                      nullptr, nullptr));
+    EXPECT_EQ(kBackupDone, Run(3, BACKUP_ALWAYS));
     EXPECT_TRUE(std::filesystem::exists(Backup(2)));
 }
 
 TEST_F(BackupFileTest, FailedCopyPutsBackupsBack)
 {
     MakeFiles(2);
-    m_files.fault = [](FileOp op, const std::string&, const std::string&) {
-        return op == FileOp::Copy ? EIO : 0;
-    };
-    EXPECT_EQ(kBackupFailed,
-              BackupFile(m_files, Path("data.csv"), "", 3, 0, &m_errors, nullptr, nullptr));
+    m_files.FailOn(FileOp::Copy, EIO);
+    EXPECT_EQ(kBackupFailed, Run(3));
     EXPECT_EQ("Failed to backup the original file.\r\nInput/output error\r\n", m_errors);
     EXPECT_EQ((std::vector<std::string>{"data.csv", "data.csv.bk1", "data.csv.bk2"}), Entries());
     EXPECT_EQ("backup 1", ReadFile(Backup(1)));
@@ -143,20 +147,16 @@ TEST_F(BackupFileTest, BackupFolderIsCreatedAndExtensionStripped)
 {
     MakeFiles(0);
     const std::string folder = Path("old");
-    EXPECT_EQ(kBackupDone, BackupFile(m_files, Path("data.csv"), folder, 2, BACKUP_STRIP_EXTENSION,
-                                      &m_errors, nullptr, nullptr));
+    EXPECT_EQ(kBackupDone, Run(2, BACKUP_STRIP_EXTENSION, folder));
     EXPECT_EQ("current", ReadFile(folder + "/data.bk1"));
 }
 
 TEST_F(BackupFileTest, UncreatableFolderReported)
 {
     MakeFiles(0);
-    m_files.fault = [](FileOp op, const std::string&, const std::string&) {
-        return op == FileOp::CreateDirectory ? EACCES : 0;
-    };
+    m_files.FailOn(FileOp::CreateDirectory, EACCES);
     const std::string folder = Path("old");
-    EXPECT_EQ(kBackupFailed,
-              BackupFile(m_files, Path("data.csv"), folder, 2, 0, &m_errors, nullptr, nullptr));
+    EXPECT_EQ(kBackupFailed, Run(2, 0, folder));
     EXPECT_EQ("The target directory '" + folder +
                   "' could not be created.\r\nPermission denied\r\n",
               m_errors);
@@ -165,11 +165,8 @@ TEST_F(BackupFileTest, UncreatableFolderReported)
 TEST_F(BackupFileTest, FailedDeleteOfOldestReported)
 {
     MakeFiles(2);
-    m_files.fault = [](FileOp op, const std::string&, const std::string&) {
-        return op == FileOp::Remove ? EACCES : 0;
-    };
-    EXPECT_EQ(kBackupFailed,
-              BackupFile(m_files, Path("data.csv"), "", 2, 0, &m_errors, nullptr, nullptr));
+    m_files.FailOn(FileOp::Remove, EACCES);
+    EXPECT_EQ(kBackupFailed, Run(2));
     EXPECT_EQ("Failed to delete oldest backup \"" + Backup(2) + "\"\r\n", m_errors);
     EXPECT_EQ("backup 2", ReadFile(Backup(2)));
 }
@@ -177,46 +174,23 @@ TEST_F(BackupFileTest, FailedDeleteOfOldestReported)
 TEST_F(BackupFileTest, FailedMoveReported)
 {
     MakeFiles(2);
-    m_files.fault = [](FileOp op, const std::string&, const std::string&) {
-        return op == FileOp::Rename ? EACCES : 0;
-    };
-    EXPECT_EQ(kBackupFailed,
-              BackupFile(m_files, Path("data.csv"), "", 3, 0, &m_errors, nullptr, nullptr));
+    m_files.FailOn(FileOp::Rename, EACCES);
+    EXPECT_EQ(kBackupFailed, Run(3));
     EXPECT_EQ("Failed to move \"" + Backup(2) + "\" to \"" + Backup(3) + "\"\r\n", m_errors);
-}
-
-struct ProgressLog
-{
-    std::vector<std::string> steps;
-    std::size_t cancelAt = 0; ///< 1-based step that answers "cancel"; 0 never
-};
-
-bool RecordStep(const std::string& text, void* data)
-{
-    auto* log = static_cast<ProgressLog*>(data);
-    log->steps.push_back(text);
-    return log->steps.size() == log->cancelAt;
 }
 
 TEST_F(BackupFileTest, ReportsEachStep)
 {
     MakeFiles(2);
     ProgressLog log;
-    EXPECT_EQ(kBackupDone, BackupFile(m_files, Path("data.csv"), "", 2, BACKUP_REPORT_STEPS,
-                                      nullptr, RecordStep, &log));
+    EXPECT_EQ(kBackupDone, Run(2, BACKUP_REPORT_STEPS, "", &log));
     EXPECT_EQ((std::vector<std::string>{"Deleting " + Backup(2) + "\r\n",
                                         "Moving " + Backup(1) + " >>> " + Backup(2) + "\r\n",
                                         "Copying " + Path("data.csv") + "\r\n"}),
               log.steps);
-}
-
-TEST_F(BackupFileTest, StepsNotReportedWithoutFlag)
-{
-    MakeFiles(1);
-    ProgressLog log;
-    EXPECT_EQ(kBackupDone,
-              BackupFile(m_files, Path("data.csv"), "", 2, 0, nullptr, RecordStep, &log));
-    EXPECT_TRUE(log.steps.empty());
+    ProgressLog quiet;
+    EXPECT_EQ(kBackupDone, Run(2, BACKUP_ALWAYS, "", &quiet));
+    EXPECT_TRUE(quiet.steps.empty());
 }
 
 TEST_F(BackupFileTest, CancelStopsBeforeTheStep)
@@ -224,8 +198,7 @@ TEST_F(BackupFileTest, CancelStopsBeforeTheStep)
     MakeFiles(2);
     ProgressLog log;
     log.cancelAt = 2;
-    EXPECT_EQ(kBackupCancelled, BackupFile(m_files, Path("data.csv"), "", 2, BACKUP_REPORT_STEPS,
-                                           nullptr, RecordStep, &log));
+    EXPECT_EQ(kBackupCancelled, Run(2, BACKUP_REPORT_STEPS, "", &log));
     EXPECT_EQ("backup 1", ReadFile(Backup(1)));
     EXPECT_FALSE(std::filesystem::exists(Backup(2)));
 }
@@ -233,12 +206,9 @@ TEST_F(BackupFileTest, CancelStopsBeforeTheStep)
 TEST_F(BackupFileTest, FailedCopyReportsFailedStep)
 {
     MakeFiles(0);
-    m_files.fault = [](FileOp op, const std::string&, const std::string&) {
-        return op == FileOp::Copy ? EIO : 0;
-    };
+    m_files.FailOn(FileOp::Copy, EIO);
     ProgressLog log;
-    EXPECT_EQ(kBackupFailed, BackupFile(m_files, Path("data.csv"), "", 2, BACKUP_REPORT_STEPS,
-                                        nullptr, RecordStep, &log));
+    EXPECT_EQ(kBackupFailed, Run(2, BACKUP_REPORT_STEPS, "", &log));
     EXPECT_EQ((std::vector<std::string>{"Copying " + Path("data.csv") + "\r\n", "FAILED\r\n"}),
               log.steps);
 }
@@ -251,12 +221,13 @@ protected:
         WriteFile(Path("data.csv"), "old");
         WriteFile(Path("new.tmp"), "new");
     }
+    bool Replace() { return ReplaceFile(m_files, Path("data.csv"), Path("new.tmp"), m_error, 0); }
     std::string m_error;
 };
 
 TEST_F(ReplaceFileTest, PutsNewFileInPlace)
 {
-    EXPECT_TRUE(ReplaceFile(m_files, Path("data.csv"), Path("new.tmp"), m_error, 0));
+    EXPECT_TRUE(Replace());
     EXPECT_EQ("new", ReadFile(Path("data.csv")));
     EXPECT_EQ(std::vector<std::string>{"data.csv"}, Entries());
 }
@@ -264,7 +235,7 @@ TEST_F(ReplaceFileTest, PutsNewFileInPlace)
 TEST_F(ReplaceFileTest, MissingTargetIsCreated)
 {
     std::filesystem::remove(Path("data.csv"));
-    EXPECT_TRUE(ReplaceFile(m_files, Path("data.csv"), Path("new.tmp"), m_error, 0));
+    EXPECT_TRUE(Replace());
     EXPECT_EQ("new", ReadFile(Path("data.csv")));
 }
 
@@ -281,7 +252,7 @@ TEST_F(ReplaceFileTest, FailedMoveInPutsOldFileBack)
     m_files.fault = [this](FileOp op, const std::string& from, const std::string&) {
         return op == FileOp::Rename && from == Path("new.tmp") ? EIO : 0;
     };
-    EXPECT_FALSE(ReplaceFile(m_files, Path("data.csv"), Path("new.tmp"), m_error, 0));
+    EXPECT_FALSE(Replace());
     EXPECT_EQ("Failed to replace file \"" + Path("data.csv") + "\": Input/output error\r\n",
               m_error);
     EXPECT_EQ("old", ReadFile(Path("data.csv")));
@@ -291,7 +262,7 @@ TEST_F(ReplaceFileTest, FailedMoveInPutsOldFileBack)
 TEST_F(ReplaceFileTest, ReadOnlyTargetRefused)
 {
     std::filesystem::permissions(Path("data.csv"), std::filesystem::perms::owner_read);
-    EXPECT_FALSE(ReplaceFile(m_files, Path("data.csv"), Path("new.tmp"), m_error, 0));
+    EXPECT_FALSE(Replace());
     EXPECT_EQ("Failed to replace file \"" + Path("data.csv") +
                   "\": the read-only attribute is set.\r\n",
               m_error);
@@ -308,7 +279,7 @@ TEST_F(ReplaceFileTest, FailedMoveAsideReported)
         }
         return 0;
     };
-    EXPECT_FALSE(ReplaceFile(m_files, Path("data.csv"), Path("new.tmp"), m_error, 0));
+    EXPECT_FALSE(Replace());
     EXPECT_EQ("Failed to backup the original file \"" + Path("data.csv") + "\" to \"" + aside +
                   "\".\r\nPermission denied\r\n",
               m_error);
@@ -317,10 +288,8 @@ TEST_F(ReplaceFileTest, FailedMoveAsideReported)
 
 TEST_F(ReplaceFileTest, NoTemporaryNameFallsBackToCopy)
 {
-    m_files.fault = [](FileOp op, const std::string&, const std::string&) {
-        return op == FileOp::CreateTemp ? EACCES : 0;
-    };
-    EXPECT_TRUE(ReplaceFile(m_files, Path("data.csv"), Path("new.tmp"), m_error, 0));
+    m_files.FailOn(FileOp::CreateTemp, EACCES);
+    EXPECT_TRUE(Replace());
     EXPECT_EQ("new", ReadFile(Path("data.csv")));
     EXPECT_EQ(std::vector<std::string>{"data.csv"}, Entries());
 }
@@ -330,7 +299,7 @@ TEST_F(ReplaceFileTest, FailedFallbackCopyReported)
     m_files.fault = [](FileOp op, const std::string&, const std::string&) {
         return op == FileOp::CreateTemp || op == FileOp::Copy ? EACCES : 0;
     };
-    EXPECT_FALSE(ReplaceFile(m_files, Path("data.csv"), Path("new.tmp"), m_error, 0));
+    EXPECT_FALSE(Replace());
     EXPECT_EQ("Unable to replace the file \"" + Path("data.csv") + "\".\r\nPermission denied\r\n",
               m_error);
     EXPECT_EQ("old", ReadFile(Path("data.csv")));

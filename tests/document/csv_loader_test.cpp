@@ -35,13 +35,9 @@ TEST_F(LoadCsvFileTest, SemicolonDetectedPastQuotedComma)
     EXPECT_EQ(';', m_document.Separator());
     EXPECT_EQ((Table{{"a,b", "c", "d"}, {"1", "2", "3"}}), Contents());
     EXPECT_EQ("\n", m_document.Format().newline);
-}
-
-TEST_F(LoadCsvFileTest, GivenSeparatorIsUsed)
-{
-    FileFormat format;
-    format.separator = '|';
-    ASSERT_TRUE(Load("a,b|c\n1|2", format));
+    FileFormat given;
+    given.separator = '|';
+    ASSERT_TRUE(Load("a,b|c\n1|2", given));
     EXPECT_EQ((Table{{"a,b", "c"}, {"1", "2"}}), Contents());
 }
 
@@ -108,13 +104,14 @@ INSTANTIATE_TEST_SUITE_P(
                     NewlineCase{"Empty", "", "\r\n"}),
     CaseName());
 
+const char kIgnoreComments[] =
+    "The file appears to contain comments that begin with the '#' character.  Do you want to "
+    "ignore these comments (recommended)?  Please note that if you save the file, the comments "
+    "will be lost.";
+
 TEST_F(LoadCsvFileTest, CommentQuestionAnsweredNoLoadsCommentAsHeader)
 {
-    m_ui.Expect("Ignore Comments?",
-                "The file appears to contain comments that begin with the '#' character.  Do "
-                "you want to ignore these comments (recommended)?  Please note that if you save "
-                "the file, the comments will be lost.",
-                ost::kButtonNo);
+    m_ui.Expect("Ignore Comments?", kIgnoreComments, ost::kButtonNo);
     ASSERT_TRUE(Load("#note\na\n1\n"));
     EXPECT_EQ((Table{{"#note"}, {"a"}, {"1"}}), Contents());
     EXPECT_FALSE(m_document.Format().ignoreComments);
@@ -124,11 +121,7 @@ TEST_F(LoadCsvFileTest, CommentQuestionAskedEvenWhenQuiet)
 {
     FileFormat format;
     format.quiet = true;
-    m_ui.Expect("Ignore Comments?",
-                "The file appears to contain comments that begin with the '#' character.  Do "
-                "you want to ignore these comments (recommended)?  Please note that if you save "
-                "the file, the comments will be lost.",
-                ost::kButtonYes);
+    m_ui.Expect("Ignore Comments?", kIgnoreComments, ost::kButtonYes);
     ASSERT_TRUE(Load("#note\na\n#mid\n1\n2\n#end\n", format));
     EXPECT_EQ((Table{{"a"}, {"1"}, {"2"}}), Contents());
     EXPECT_TRUE(m_document.Format().ignoreComments);

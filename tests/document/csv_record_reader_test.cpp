@@ -11,7 +11,6 @@ namespace quirnel {
 namespace {
 
 using test::CaseName;
-
 using Fields = std::vector<std::string>;
 
 /// Every record of `data` split with the given separator.
@@ -71,70 +70,55 @@ INSTANTIATE_TEST_SUITE_P(
         SplitCase{"BackslashPlainWithoutFlag", "a\\,b", 0, {"a\\", "b"}}),
     CaseName());
 
-TEST(CsvRecordReader, CrLfLfCrLfAndCrEachEndOneRecord)
+struct RecordsCase
 {
-    const auto records = ReadAll("a\r\nb\nc\rd\n\re", ",", 0);
-    EXPECT_EQ((std::vector<Fields>{{"a"}, {"b"}, {"c"}, {"d"}, {"e"}}), records);
+    const char* name;
+    std::string data;
+    unsigned flags;
+    std::vector<Fields> expected;
+};
+
+class ReadRecordsTable : public testing::TestWithParam<RecordsCase>
+{};
+
+TEST_P(ReadRecordsTable, GivesRecords)
+{
+    EXPECT_EQ(GetParam().expected, ReadAll(GetParam().data, ",", GetParam().flags));
 }
 
-TEST(CsvRecordReader, BlankLinesAreSkipped)
-{
-    const auto records = ReadAll("\r\n\r\na\r\n\r\n\n\rb\r\n\r\n", ",", 0);
-    EXPECT_EQ((std::vector<Fields>{{"a"}, {"b"}}), records);
-}
-
-TEST(CsvRecordReader, NulEndsRecordAndReadingGoesOn)
-{
-    const std::string data("a,b\0c,d", 7);
-    const auto records = ReadAll(data, ",", 0);
-    EXPECT_EQ((std::vector<Fields>{{"a", "b"}, {"c", "d"}}), records);
-}
-
-TEST(CsvRecordReader, NulInsideQuotesEndsRecord)
-{
-    const std::string data("\"a\0b\"\nc", 7);
-    const auto records = ReadAll(data, ",", 0);
-    ASSERT_EQ(3u, records.size());
-    EXPECT_EQ(Fields{"\"a"}, records[0]);
-    EXPECT_EQ(Fields{"b\""}, records[1]);
-    EXPECT_EQ(Fields{"c"}, records[2]);
-}
-
-TEST(CsvRecordReader, QuotedLineBreakStaysInRecord)
-{
-    const auto records = ReadAll("h\r\n\"x\r\ny\",z\r\nnext", ",", 0);
-    EXPECT_EQ((std::vector<Fields>{{"h"}, {"x\r\ny", "z"}, {"next"}}), records);
-}
-
-TEST(CsvRecordReader, LineBreakRightAfterClosingQuoteEndsRecord)
-{
-    const auto records = ReadAll("\"a\"\n\"b\"\r\n", ",", 0);
-    EXPECT_EQ((std::vector<Fields>{{"a"}, {"b"}}), records);
-}
-
-TEST(CsvRecordReader, QuoteNotAtFieldStartDoesNotProtectLineBreak)
-{
-    const auto records = ReadAll("a\"b\nc\"", ",", 0);
-    EXPECT_EQ((std::vector<Fields>{{"a\"b"}, {"c\""}}), records);
-}
-
-TEST(CsvRecordReader, QuoteAfterLeadingSpacesStartsQuotedPart)
-{
-    const auto records = ReadAll("a,  \"x\ny\",b\nc", ",", 0);
-    EXPECT_EQ((std::vector<Fields>{{"a", "x\ny", "b"}, {"c"}}), records);
-}
-
-TEST(CsvRecordReader, BackslashProtectsLineBreakOutsideQuotes)
-{
-    const auto records = ReadAll("a\\\nb\nc", ",", CSV_BACKSLASH_ESCAPE);
-    EXPECT_EQ((std::vector<Fields>{{"a\nb"}, {"c"}}), records);
-}
-
-TEST(CsvRecordReader, UnterminatedQuoteRunsToEndOfData)
-{
-    const auto records = ReadAll("a\n\"b,c\nd", ",", 0);
-    EXPECT_EQ((std::vector<Fields>{{"a"}, {"\"b,c\nd"}}), records);
-}
+INSTANTIATE_TEST_SUITE_P(
+    CsvRecordReader, ReadRecordsTable,
+    testing::Values(
+        RecordsCase{"CrLfLfCrLfAndCrEachEndOne",
+                    "a\r\nb\nc\rd\n\re",
+                    0,
+                    {{"a"}, {"b"}, {"c"}, {"d"}, {"e"}}},
+        RecordsCase{"BlankLinesAreSkipped", "\r\n\r\na\r\n\r\n\n\rb\r\n\r\n", 0, {{"a"}, {"b"}}},
+        RecordsCase{"NulEndsRecordAndReadingGoesOn",
+                    std::string("a,b\0c,d", 7),
+                    0,
+                    {{"a", "b"}, {"c", "d"}}},
+        RecordsCase{"NulInsideQuotesEndsRecord",
+                    std::string("\"a\0b\"\nc", 7),
+                    0,
+                    {{"\"a"}, {"b\""}, {"c"}}},
+        RecordsCase{"QuotedLineBreakStaysInRecord",
+                    "h\r\n\"x\r\ny\",z\r\nnext",
+                    0,
+                    {{"h"}, {"x\r\ny", "z"}, {"next"}}},
+        RecordsCase{"LineBreakRightAfterClosingQuoteEnds", "\"a\"\n\"b\"\r\n", 0, {{"a"}, {"b"}}},
+        RecordsCase{"QuoteNotAtFieldStartDoesNotProtect", "a\"b\nc\"", 0, {{"a\"b"}, {"c\""}}},
+        RecordsCase{"QuoteAfterLeadingSpacesStartsQuotedPart",
+                    "a,  \"x\ny\",b\nc",
+                    0,
+                    {{"a", "x\ny", "b"}, {"c"}}},
+        RecordsCase{"BackslashProtectsLineBreakOutsideQuotes",
+                    "a\\\nb\nc",
+                    CSV_BACKSLASH_ESCAPE,
+                    {{"a\nb"}, {"c"}}},
+        RecordsCase{"UnterminatedQuoteRunsToEndOfData", "a\n\"b,c\nd", 0, {{"a"}, {"\"b,c\nd"}}},
+        RecordsCase{"CommentsAreDataWithoutTheFlag", "#one\na", 0, {{"#one"}, {"a"}}}),
+    CaseName());
 
 TEST(CsvRecordReader, CommentLinesGoToSink)
 {
@@ -143,12 +127,6 @@ TEST(CsvRecordReader, CommentLinesGoToSink)
         ReadAll("#one\r\na\r\n#two\nb\n  #kept", ",", CSV_IGNORE_COMMENTS, &comments);
     EXPECT_EQ((std::vector<Fields>{{"a"}, {"b"}, {"#kept"}}), records);
     EXPECT_EQ((std::vector<std::string>{"#one", "#two"}), comments);
-}
-
-TEST(CsvRecordReader, CommentsAreDataWithoutTheFlag)
-{
-    const auto records = ReadAll("#one\na", ",", 0);
-    EXPECT_EQ((std::vector<Fields>{{"#one"}, {"a"}}), records);
 }
 
 TEST(CsvRecordReader, ReadFieldsAppendsWithFlag)

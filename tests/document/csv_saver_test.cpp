@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <random>
 
 namespace quirnel {
@@ -97,51 +98,47 @@ protected:
     static constexpr const char* kOriginal = "a,b\r\n1,2\r\n";
 };
 
-TEST_F(SaveCsvFileTest, FolderNotWritable)
+struct SaveFaultCase
 {
-    PrepareEdited();
-    m_files.fault = [](FileOp op, const std::string&, const std::string&) {
-        return op == FileOp::CreateTemp ? EACCES : 0;
-    };
-    m_ui.Expect("Error", "Failed to create the CSV file.\r\n\r\nPermission denied");
-    EXPECT_FALSE(SaveCsvFile(m_document, Path()));
-    ExpectUntouched();
-}
+    std::string name;
+    FileOp op;               ///< the operation refused with `error`
+    int error;               ///< 0: nothing refused
+    std::size_t writeBudget; ///< bytes written before writes fail
+    int rows;                ///< rows of 40 characters replacing the edit, or 0
+    std::string message;
+};
 
-TEST_F(SaveCsvFileTest, WriteFailingPartWay)
-{
-    PrepareEdited();
-    m_files.writeBudget = 5;
-    m_ui.Expect("Error", "Failed to write the CSV file.");
-    EXPECT_FALSE(SaveCsvFile(m_document, Path()));
-    ExpectUntouched();
-}
+class SaveFault : public SaveCsvFileTest, public testing::WithParamInterface<SaveFaultCase>
+{};
 
-TEST_F(SaveCsvFileTest, WriteFailingAfterFirstMegabyte)
+// Whatever fails, the file and its backups are as they were and no temporary file is left.
+TEST_P(SaveFault, LeavesFileAndBackupsUntouched)
 {
-    WriteFile(Path("data.csv.bk1"), "backup 1");
-    WriteFile(Path("data.csv.bk2"), "backup 2");
-    ASSERT_TRUE(Load(kOriginal));
-    m_document.SetRowCount(40000);
-    for (int row = 0; row < 40000; ++row)
+    const SaveFaultCase& c = GetParam();
+    PrepareEdited();
+    m_document.SetRowCount(c.rows ? c.rows : 1);
+    for (int row = 0; row < c.rows; ++row)
         m_document.SetCellText8(row, 1, std::string(40, 'x'));
-    m_document.SetModified(true);
-    m_files.writeBudget = (1u << 20) + 100;
-    m_ui.Expect("Error", "Failed to write the CSV file.");
+    m_files.writeBudget = c.writeBudget;
+    m_files.FailOn(c.op, c.error);
+    m_ui.Expect("Error", c.message);
     EXPECT_FALSE(SaveCsvFile(m_document, Path()));
     ExpectUntouched();
 }
 
-TEST_F(SaveCsvFileTest, FlushToDiskFailing)
-{
-    PrepareEdited();
-    m_files.fault = [](FileOp op, const std::string&, const std::string&) {
-        return op == FileOp::Close ? EIO : 0;
-    };
-    m_ui.Expect("Error", "Failed to write the CSV file.");
-    EXPECT_FALSE(SaveCsvFile(m_document, Path()));
-    ExpectUntouched();
-}
+constexpr std::size_t kNoLimit = std::numeric_limits<std::size_t>::max();
+
+INSTANTIATE_TEST_SUITE_P(
+    SaveCsvFile, SaveFault,
+    testing::Values(SaveFaultCase{"FolderNotWritable", FileOp::CreateTemp, EACCES, kNoLimit, 0,
+                                  "Failed to create the CSV file.\r\n\r\nPermission denied"},
+                    SaveFaultCase{"WriteFailingPartWay", FileOp::Read, 0, 5, 0,
+                                  "Failed to write the CSV file."},
+                    SaveFaultCase{"WriteFailingAfterFirstMegabyte", FileOp::Read, 0,
+                                  (1u << 20) + 100, 40000, "Failed to write the CSV file."},
+                    SaveFaultCase{"FlushToDiskFailing", FileOp::Close, EIO, kNoLimit, 0,
+                                  "Failed to write the CSV file."}),
+    CaseName());
 
 TEST_F(SaveCsvFileTest, TargetReadOnly)
 {
@@ -183,9 +180,7 @@ TEST_F(SaveCsvFileTest, ReplaceFailing)
 TEST_F(SaveCsvFileTest, BackupCopyFailingStillSaves)
 {
     PrepareEdited();
-    m_files.fault = [](FileOp op, const std::string&, const std::string&) {
-        return op == FileOp::Copy ? EIO : 0;
-    };
+    m_files.FailOn(FileOp::Copy, EIO);
     EXPECT_TRUE(SaveCsvFile(m_document, Path()));
     EXPECT_EQ("a,b\r\n1,changed\r\n", ReadFile(Path()));
     EXPECT_EQ("backup 1", ReadFile(Path("data.csv.bk1")));
@@ -378,39 +373,41 @@ TEST_F(CloseQuestionTest, UnmodifiedReleasesWithoutAsking)
     EXPECT_EQ(0, m_document.RowCount());
 }
 
-TEST_F(CloseQuestionTest, SaveAnswerSavesAndReleases)
+struct CloseAnswerCase
 {
+    std::string name;
+    int answer;
+    bool released;
+    std::string fileAfter;
+};
+
+class CloseAnswer : public CloseQuestionTest, public testing::WithParamInterface<CloseAnswerCase>
+{};
+
+TEST_P(CloseAnswer, DecidesSaveAndRelease)
+{
+    const CloseAnswerCase& c = GetParam();
     OpenModified();
-    m_ui.Expect("Close", "Save changes to data.csv?", ost::kButtonYes);
-    EXPECT_TRUE(m_document.QueryRelease());
-    EXPECT_EQ("a\n2\n", ReadFile(Path()));
-    EXPECT_FALSE(m_document.FileOpen());
+    m_ui.Expect("Close", "Save changes to data.csv?", c.answer);
+    EXPECT_EQ(c.released, m_document.QueryRelease());
+    EXPECT_EQ(c.fileAfter, ReadFile(Path()));
+    EXPECT_EQ(!c.released, m_document.FileOpen());
+    if (!c.released) {
+        EXPECT_EQ("2", m_document.CellText8(0, 1));
+    }
 }
 
-TEST_F(CloseQuestionTest, DoNotSaveReleasesAndKeepsFile)
-{
-    OpenModified();
-    m_ui.Expect("Close", "Save changes to data.csv?", ost::kButtonNo);
-    EXPECT_TRUE(m_document.QueryRelease());
-    EXPECT_EQ("a\n1\n", ReadFile(Path()));
-    EXPECT_FALSE(m_document.FileOpen());
-}
-
-TEST_F(CloseQuestionTest, CancelKeepsDocument)
-{
-    OpenModified();
-    m_ui.Expect("Close", "Save changes to data.csv?", ost::kButtonCancel);
-    EXPECT_FALSE(m_document.QueryRelease());
-    EXPECT_TRUE(m_document.FileOpen());
-    EXPECT_EQ("2", m_document.CellText8(0, 1));
-}
+INSTANTIATE_TEST_SUITE_P(
+    QueryRelease, CloseAnswer,
+    testing::Values(CloseAnswerCase{"Save", ost::kButtonYes, true, "a\n2\n"},
+                    CloseAnswerCase{"DoNotSave", ost::kButtonNo, true, "a\n1\n"},
+                    CloseAnswerCase{"Cancel", ost::kButtonCancel, false, "a\n1\n"}),
+    CaseName());
 
 TEST_F(CloseQuestionTest, FailedSaveKeepsDocument)
 {
     OpenModified();
-    m_files.fault = [](FileOp op, const std::string&, const std::string&) {
-        return op == FileOp::CreateTemp ? EACCES : 0;
-    };
+    m_files.FailOn(FileOp::CreateTemp, EACCES);
     m_ui.Expect("Close", "Save changes to data.csv?", ost::kButtonYes);
     m_ui.Expect("Error", "Failed to create the CSV file.\r\n\r\nPermission denied");
     EXPECT_FALSE(m_document.QueryRelease());

@@ -39,6 +39,14 @@ public:
     /// When set, every file read gives these bytes instead of the disk's.
     std::optional<std::string> readContent;
 
+    /// Makes every `op` fail with `error`.
+    void FailOn(FileOp op, int error)
+    {
+        fault = [op, error](FileOp asked, const std::string&, const std::string&) {
+            return asked == op ? error : 0;
+        };
+    }
+
     bool ReadWholeFile(const std::string& path, std::string& data, int& error) override
     {
         if (Fails(FileOp::Read, path, {}, error))

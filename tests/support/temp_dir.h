@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace quirnel::test {
 
@@ -17,6 +18,8 @@ public:
 
     const std::filesystem::path& Path() const { return m_path; }
     std::filesystem::path operator/(std::string_view name) const { return m_path / name; }
+    /// Names in the folder, sorted.
+    std::vector<std::string> Entries() const;
 
 private:
     std::filesystem::path m_path;

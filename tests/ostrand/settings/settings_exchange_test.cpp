@@ -88,38 +88,34 @@ TEST(SettingsExchange, PlainTextValuesInEitherDirection)
     EXPECT_EQ(ex.ReadText("TableSort"), std::nullopt);
 }
 
+// Puts an environment variable back as it was when the test started.
+class EnvironmentRestorer
+{
+public:
+    explicit EnvironmentRestorer(const char* name) : m_name(name)
+    {
+        if (const char* value = std::getenv(name))
+            m_old = value;
+    }
+    ~EnvironmentRestorer()
+    {
+        if (m_old)
+            ::setenv(m_name, m_old->c_str(), 1);
+        else
+            ::unsetenv(m_name);
+    }
+
+private:
+    const char* m_name;
+    std::optional<std::string> m_old;
+};
+
 class SettingsFolderTest : public ::testing::Test
 {
 protected:
-    void SetUp() override
-    {
-        SaveVariable("XDG_CONFIG_HOME", m_oldConfig);
-        SaveVariable("HOME", m_oldHome);
-    }
-    void TearDown() override
-    {
-        RestoreVariable("XDG_CONFIG_HOME", m_oldConfig);
-        RestoreVariable("HOME", m_oldHome);
-    }
-
+    EnvironmentRestorer m_config{"XDG_CONFIG_HOME"};
+    EnvironmentRestorer m_home{"HOME"};
     quirnel::test::TempDir dir;
-
-private:
-    static void SaveVariable(const char* name, std::optional<std::string>& saved)
-    {
-        if (const char* value = std::getenv(name))
-            saved = value;
-    }
-    static void RestoreVariable(const char* name, const std::optional<std::string>& saved)
-    {
-        if (saved)
-            ::setenv(name, saved->c_str(), 1);
-        else
-            ::unsetenv(name);
-    }
-
-    std::optional<std::string> m_oldConfig;
-    std::optional<std::string> m_oldHome;
 };
 
 TEST_F(SettingsFolderTest, FollowsXdgConfigHomeAndCreatesTheFolder)

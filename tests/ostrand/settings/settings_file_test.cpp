@@ -220,31 +220,17 @@ class SettingsFileOnDisk : public ::testing::Test
 protected:
     void TearDown() override { SettingsFile::FailSaveAtForTest(ost::SettingsSaveStep::None); }
 
-    std::vector<std::string> FolderContents() const
-    {
-        std::vector<std::string> names;
-        for (const auto& entry : std::filesystem::directory_iterator(dir.Path()))
-            names.push_back(entry.path().filename().string());
-        std::sort(names.begin(), names.end());
-        return names;
-    }
-
     TempDir dir;
     std::filesystem::path path = dir / "quiredit.dat";
 };
 
-TEST_F(SettingsFileOnDisk, MissingFileIsFirstRun)
+TEST_F(SettingsFileOnDisk, MissingFileIsFirstRunAndAFolderIsUnreadable)
 {
     SettingsFile file;
     file.Set("Settings", "Stale", SettingsValue(1));
     EXPECT_EQ(file.Load(path), SettingsLoadStatus::FirstRun);
     EXPECT_TRUE(file.Sections().empty());
-}
-
-TEST_F(SettingsFileOnDisk, FolderInsteadOfFileIsUnreadable)
-{
     std::filesystem::create_directory(path);
-    SettingsFile file;
     EXPECT_EQ(file.Load(path), SettingsLoadStatus::Unreadable);
 }
 
@@ -258,7 +244,7 @@ TEST_F(SettingsFileOnDisk, UnknownKeysAndSectionsSurviveARewrite)
     ASSERT_TRUE(file.Save(path));
     EXPECT_EQ(ReadFile(path), "[Settings]\nFuture=s:kept\nBackupLevels=i:5\n\n[Plugin]\nX=d:2.5\n"
                               "\n[Window]\nWindowPos=s:0,0,640,480\n");
-    EXPECT_EQ(FolderContents(), std::vector<std::string>{"quiredit.dat"});
+    EXPECT_EQ(dir.Entries(), std::vector<std::string>{"quiredit.dat"});
 }
 
 TEST_F(SettingsFileOnDisk, SaveCreatesTheFileAndLoadReadsItBack)
@@ -284,7 +270,7 @@ TEST_P(SettingsFailedSave, LeavesTheOldFileAndNoTemporary)
     SettingsFile::FailSaveAtForTest(GetParam());
     EXPECT_FALSE(file.Save(path));
     EXPECT_EQ(ReadFile(path), old);
-    EXPECT_EQ(FolderContents(), std::vector<std::string>{"quiredit.dat"});
+    EXPECT_EQ(dir.Entries(), std::vector<std::string>{"quiredit.dat"});
     SettingsFile::FailSaveAtForTest(ost::SettingsSaveStep::None);
     EXPECT_TRUE(file.Save(path));
     EXPECT_EQ(ReadFile(path), "[Settings]\nBackupLevels=i:7\n");
@@ -292,19 +278,8 @@ TEST_P(SettingsFailedSave, LeavesTheOldFileAndNoTemporary)
 
 std::string StepName(const ::testing::TestParamInfo<ost::SettingsSaveStep>& param)
 {
-    switch (param.param) {
-    case ost::SettingsSaveStep::CreateTemporary:
-        return "CreateTemporary";
-    case ost::SettingsSaveStep::Write:
-        return "Write";
-    case ost::SettingsSaveStep::Sync:
-        return "Sync";
-    case ost::SettingsSaveStep::Rename:
-        return "Rename";
-    case ost::SettingsSaveStep::None:
-        break;
-    }
-    return "None";
+    const char* names[] = {"None", "CreateTemporary", "Write", "Sync", "Rename"};
+    return names[static_cast<int>(param.param)];
 }
 
 INSTANTIATE_TEST_SUITE_P(Steps, SettingsFailedSave,
@@ -319,7 +294,7 @@ TEST_F(SettingsFileOnDisk, SaveIntoMissingFolderFails)
     SettingsFile file;
     file.Set("Settings", "A", SettingsValue(1));
     EXPECT_FALSE(file.Save(dir / "missing" / "quiredit.dat"));
-    EXPECT_TRUE(FolderContents().empty());
+    EXPECT_TRUE(dir.Entries().empty());
 }
 
 } // namespace
