@@ -492,14 +492,20 @@ bool MainWindow::SaveAs(const std::string& path)
     return true;
 }
 
-bool MainWindow::CloseDocument()
+bool MainWindow::ReleaseDocument()
 {
     CommitCellEdit();
     StoreCurrentFileProperties();
+    // The grid stays still while the document may save or drop its table.
     m_grid->BeginReset();
-    bool released = m_document.QueryRelease();
+    const bool released = m_document.QueryRelease();
     m_grid->EndReset();
-    if (!released)
+    return released;
+}
+
+bool MainWindow::CloseDocument()
+{
+    if (!ReleaseDocument())
         return false;
     if (!m_watcher->files().isEmpty())
         m_watcher->removePaths(m_watcher->files());
@@ -1163,12 +1169,7 @@ void MainWindow::OnSaveFileAs()
 
 void MainWindow::OnNewFile()
 {
-    CommitCellEdit();
-    StoreCurrentFileProperties();
-    m_grid->BeginReset();
-    bool released = m_document.QueryRelease();
-    m_grid->EndReset();
-    if (!released) {
+    if (!ReleaseDocument()) {
         RefreshAll();
         return;
     }
@@ -1298,12 +1299,7 @@ void MainWindow::ApplyFilter()
 
 void MainWindow::closeEvent(QCloseEvent* event)
 {
-    CommitCellEdit();
-    StoreCurrentFileProperties();
-    m_grid->BeginReset();
-    bool released = m_document.QueryRelease();
-    m_grid->EndReset();
-    if (!released) {
+    if (!ReleaseDocument()) {
         RefreshAll();
         event->ignore();
         return;

@@ -142,6 +142,8 @@ private:
     void AfterLoad();
     void StoreCurrentFileProperties();
 
+    /// Commits edits and asks the document to let go; false when the user kept it.
+    bool ReleaseDocument();
     void OnOpenFile();
     /// The open-file dialog from the last folder; empty when cancelled.
     QString ChooseFileToOpen(const QString& title, bool csvFirst);
