@@ -149,10 +149,7 @@ TEST_F(LoadCsvFileTest, IrregularRowsBecomeWarnings)
     EXPECT_EQ("Row 4 has 1 extra column: ", warnings[3].message);
     EXPECT_EQ("4", warnings[3].extraData);
     EXPECT_EQ(3, warnings[3].row);
-}
-
-TEST_F(LoadCsvFileTest, TooFewNotReportedWhenPreferenceOff)
-{
+    // Short rows go unreported when the preference is off.
     m_document.SetWarnTooFew(false);
     ASSERT_TRUE(Load("a,b\n1\n"));
     EXPECT_TRUE(m_document.Warnings().empty());
@@ -168,7 +165,7 @@ TEST_F(LoadCsvFileTest, DuplicateNamesWarnedOncePerName)
     EXPECT_EQ(-1, warnings[1].row);
 }
 
-TEST_F(LoadCsvFileTest, Utf8MarkGivesUnicodeCells)
+TEST_F(LoadCsvFileTest, Utf8MarkOrCodePageGivesUnicodeCells)
 {
     ASSERT_TRUE(Load("\xEF\xBB\xBFn\xC3\xA4me,b\r\n\xE4\xB8\xAD,\" x \"\r\n"));
     EXPECT_TRUE(m_document.IsUnicode());
@@ -177,6 +174,13 @@ TEST_F(LoadCsvFileTest, Utf8MarkGivesUnicodeCells)
     EXPECT_EQ(u"\u4e2d", m_document.CellText16(0, 1));
     EXPECT_EQ(u" x ", m_document.CellText16(0, 2));
     EXPECT_TRUE(m_document.Table().CellIsWide(0, 2));
+    // A given code page makes the cells wide too.
+    FileFormat format;
+    format.codePage = 1252;
+    ASSERT_TRUE(Load("caf\xE9\n\x80\n", format));
+    EXPECT_TRUE(m_document.IsUnicode());
+    EXPECT_EQ(u"caf\u00e9", m_document.ColumnNameWide(1));
+    EXPECT_EQ(u"\u20ac", m_document.CellText16(0, 1));
 }
 
 TEST_F(LoadCsvFileTest, AnyNonAsciiByteSendsACellToTheConverter)
@@ -199,22 +203,6 @@ TEST_F(LoadCsvFileTest, AnyNonAsciiByteSendsACellToTheConverter)
     ASSERT_EQ(static_cast<int>(expected.size()), m_document.RowCount());
     for (int row = 0; row < m_document.RowCount(); ++row)
         EXPECT_EQ(expected[static_cast<std::size_t>(row)], m_document.CellText16(row, 1)) << row;
-}
-
-TEST_F(LoadCsvFileTest, CodePageConvertsCells)
-{
-    FileFormat format;
-    format.codePage = 1252;
-    ASSERT_TRUE(Load("caf\xE9\n\x80\n", format));
-    EXPECT_TRUE(m_document.IsUnicode());
-    EXPECT_EQ(u"caf\u00e9", m_document.ColumnNameWide(1));
-    EXPECT_EQ(u"\u20ac", m_document.CellText16(0, 1));
-}
-
-TEST_F(LoadCsvFileTest, EightBitCellsKeepBytes)
-{
-    ASSERT_TRUE(Load("caf\xE9\n\x80\xFF\n"));
-    EXPECT_EQ((Table{{"caf\xE9"}, {"\x80\xFF"}}), Contents());
 }
 
 struct RefusalCase
