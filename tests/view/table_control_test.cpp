@@ -73,54 +73,40 @@ TEST(TableControl, CellsKeepTheirWidthFlag)
     EXPECT_EQ(table.CellText16(0, 2), longWide);
 }
 
-TEST(TableControl, BorrowedCellsPointIntoTheAdoptedBuffer)
-{
-    TableControl table;
-    Fill(table, {"a", "b"}, {});
-    auto buffer = std::make_shared<const std::string>("alpha,beta\n");
-    const char* data = buffer->data();
-    TextBufferHandle handle = table.AdoptTextBuffer(buffer);
-    buffer.reset();
-    table.SetRowCount(1);
-    ASSERT_TRUE(table.SetCellText8Borrowed(0, 1, std::string_view(data, 5), handle));
-    ASSERT_TRUE(table.SetCellText8Borrowed(0, 2, std::string_view(data + 6, 4), handle));
-    EXPECT_EQ(table.CellText8(0, 1).data(), data);
-    EXPECT_EQ(table.CellText8(0, 2), "beta");
-    // Text from elsewhere is copied rather than trusted.
-    std::string outside = "gamma";
-    table.SetCellText8Borrowed(0, 1, outside, handle);
-    outside = "xxxxx";
-    EXPECT_EQ(table.CellText8(0, 1), "gamma");
-    EXPECT_GE(table.MemoryUsage().adoptedBytes, 11u);
-}
-
-TEST(TableControl, WholeRowsBorrowLikeSingleCells)
+// Cells and whole rows borrow their text from an adopted buffer; text from elsewhere, or
+// under a handle that names no buffer, is copied rather than trusted.
+TEST(TableControl, BorrowedTextPointsIntoTheAdoptedBuffer)
 {
     TableControl table;
     Fill(table, {"a", "b", "c"}, {});
     auto buffer = std::make_shared<const std::string>("alpha,beta\n");
     const char* data = buffer->data();
     const TextBufferHandle handle = table.AdoptTextBuffer(buffer);
-    table.SetRowCount(2);
+    buffer.reset();
+    table.SetRowCount(3);
+    ASSERT_TRUE(table.SetCellText8Borrowed(2, 1, std::string_view(data + 6, 4), handle));
+    EXPECT_EQ(table.CellText8(2, 1).data(), data + 6);
+    std::string outside = "gamma";
+    table.SetCellText8Borrowed(2, 2, outside, handle);
+    outside = "xxxxx";
+    EXPECT_EQ(table.CellText8(2, 2), "gamma");
+    EXPECT_GE(table.MemoryUsage().adoptedBytes, 11u);
     table.SetCellChecked(0, 2, true);
     table.SetCellText8(0, 3, "old");
-    const std::string outside = "gamma";
     // The fourth text has no column and is ignored; the empty one clears its cell but keeps
     // the check mark.
     const std::string_view texts[] = {std::string_view(data, 5), "", outside, "extra"};
     table.SetRowText8Borrowed(0, texts, 4, handle);
     table.SetRowText8Borrowed(1, texts, 1, handle + 1);
-    table.SetRowText8Borrowed(2, texts, 3, handle);
+    table.SetRowText8Borrowed(3, texts, 3, handle);
     EXPECT_EQ(table.CellText8(0, 1).data(), data);
     EXPECT_EQ(table.CellText8(0, 2), "");
     EXPECT_TRUE(table.CellChecked(0, 2));
-    EXPECT_EQ(table.CellText8(0, 3), "gamma");
+    EXPECT_EQ(table.CellText8(0, 3), "xxxxx");
     EXPECT_NE(table.CellText8(0, 3).data(), outside.data());
-    // A handle that names no adopted buffer copies.
     EXPECT_EQ(table.CellText8(1, 1), "alpha");
     EXPECT_NE(table.CellText8(1, 1).data(), data);
-    EXPECT_EQ(table.CellText8(1, 2), "");
-    EXPECT_EQ(table.RowCount(), 2);
+    EXPECT_EQ(table.RowCount(), 3);
 }
 
 TEST(TableControl, RowTextReadsWhatCellTextReads)

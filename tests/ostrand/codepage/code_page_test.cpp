@@ -71,32 +71,49 @@ INSTANTIATE_TEST_SUITE_P(
                       RoundTripCase{"Gb18030", 54936, u"中文 ø 😀", u"中", "\xD6\xD0"}),
     [](const ::testing::TestParamInfo<RoundTripCase>& param) { return param.param.name; });
 
-TEST(CodePageConverter, GreekInto1252ReportsTheMarkerReplacement)
+struct EncodeCase
 {
-    // The saver converts with 08 first and looks for it to learn whether text was lost.
-    CodePageConverter converter(1252);
+    const char* name;
+    unsigned codePage;
+    std::u16string text;
+    char replacement;
     std::string bytes;
-    bool replaced = false;
-    ASSERT_TRUE(converter.FromUtf16(u"aΩb", bytes, '\x08', &replaced));
-    EXPECT_TRUE(replaced);
-    EXPECT_EQ(bytes, std::string("a\x08"
-                                 "b"));
-    ASSERT_TRUE(converter.FromUtf16(u"aΩb", bytes, '?', &replaced));
-    EXPECT_TRUE(replaced);
-    EXPECT_EQ(bytes, "a?b");
-    ASSERT_TRUE(converter.FromUtf16(u"ab", bytes, '?', &replaced));
+    bool replaced;
+};
+
+class CodePageEncode : public ::testing::TestWithParam<EncodeCase>
+{};
+
+TEST_P(CodePageEncode, ReplacesWhatTheCodePageLacks)
+{
+    const EncodeCase& c = GetParam();
+    CodePageConverter converter(c.codePage);
+    std::string bytes;
+    bool replaced = !c.replaced;
+    ASSERT_TRUE(converter.FromUtf16(c.text, bytes, c.replacement, &replaced));
+    EXPECT_EQ(replaced, c.replaced);
+    EXPECT_EQ(bytes, c.bytes);
+    // Each conversion starts afresh, whatever state the last one ended in.
+    ASSERT_TRUE(converter.FromUtf16(u"A", bytes, '?', &replaced));
+    EXPECT_EQ(bytes, "A");
     EXPECT_FALSE(replaced);
 }
 
-TEST(CodePageConverter, SurrogatePairIsOneReplacedCharacter)
-{
-    CodePageConverter converter(1252);
-    std::string bytes;
-    bool replaced = false;
-    ASSERT_TRUE(converter.FromUtf16(u"x😀y", bytes, '?', &replaced));
-    EXPECT_TRUE(replaced);
-    EXPECT_EQ(bytes, "x?y");
-}
+INSTANTIATE_TEST_SUITE_P(
+    Texts, CodePageEncode,
+    ::testing::Values(
+        // The saver converts with 08 first and looks for it to learn whether text was lost.
+        EncodeCase{"GreekInto1252WithMarker", 1252, u"aΩz", '\x08', "a\x08z", true},
+        EncodeCase{"GreekInto1252WithQuestionMark", 1252, u"aΩb", '?', "a?b", true},
+        EncodeCase{"NothingLostInto1252", 1252, u"ab", '?', "ab", false},
+        EncodeCase{"SurrogatePairIsOneReplacedCharacter", 1252, u"x😀y", '?', "x?y", true},
+        EncodeCase{"StatefulReturnsToAsciiAfterReplacement", 50220, u"日😀A", '?',
+                   "\x1B$BF|\x1B(B?A", true},
+        EncodeCase{"SurrogatePairsIntoUtf8", ost::kCodePageUtf8, u"a\U0001F600\U00010348z", '?',
+                   "a\xF0\x9F\x98\x80\xF0\x90\x8D\x88z", false},
+        EncodeCase{"LoneSurrogatesIntoUtf8", ost::kCodePageUtf8, u"a\xD83Dz\xDE00", '?',
+                   "a\xEF\xBF\xBDz\xEF\xBF\xBD", true}),
+    [](const ::testing::TestParamInfo<EncodeCase>& param) { return param.param.name; });
 
 TEST(CodePageConverter, DoubleByteReplacementKeepsNeighbours)
 {
@@ -109,44 +126,6 @@ TEST(CodePageConverter, DoubleByteReplacementKeepsNeighbours)
     std::u16string back;
     converter.ToUtf16(bytes, back);
     EXPECT_EQ(back, u"日Ωй?本");
-}
-
-TEST(CodePageConverter, StatefulCodePageReturnsToAsciiAfterReplacement)
-{
-    CodePageConverter converter(50220);
-    std::string bytes;
-    bool replaced = false;
-    ASSERT_TRUE(converter.FromUtf16(u"日😀A", bytes, '?', &replaced));
-    EXPECT_TRUE(replaced);
-    EXPECT_EQ(bytes, "\x1B$BF|\x1B(B?A");
-    ASSERT_TRUE(converter.FromUtf16(u"A", bytes, '?', &replaced));
-    EXPECT_EQ(bytes, "A");
-}
-
-TEST(CodePageConverter, SurrogatePairsIntoUtf8)
-{
-    CodePageConverter converter(ost::kCodePageUtf8);
-    std::string bytes;
-    bool replaced = true;
-    ASSERT_TRUE(converter.FromUtf16(u"a\U0001F600\U00010348b", bytes, '?', &replaced));
-    EXPECT_FALSE(replaced);
-    EXPECT_EQ(bytes, "a\xF0\x9F\x98\x80\xF0\x90\x8D\x88"
-                     "b");
-}
-
-TEST(CodePageConverter, LoneSurrogateIntoUtf8BecomesReplacementCharacter)
-{
-    CodePageConverter converter(ost::kCodePageUtf8);
-    std::string bytes;
-    bool replaced = false;
-    std::u16string text = u"a";
-    text += char16_t(0xD83D);
-    text += u"b";
-    text += char16_t(0xDE00);
-    ASSERT_TRUE(converter.FromUtf16(text, bytes, '?', &replaced));
-    EXPECT_TRUE(replaced);
-    EXPECT_EQ(bytes, "a\xEF\xBF\xBD"
-                     "b\xEF\xBF\xBD");
 }
 
 struct BadBytesCase
