@@ -46,7 +46,7 @@ public:
     void InitializeFramework() override { Log("init"); }
     void PrintUsage(const std::string&) override { Log("usage"); }
     void ShowFatalMessage(const std::string& text) override { Log("fatal " + text); }
-    std::string CurrentFolder() override { return "/work"; }
+    std::string CurrentFolder() override { return "/data"; }
     std::string ProgramPath() override { return "/bin/quirnel"; }
     InstanceFinder& Instances() override { return *this; }
     ost::UserInterface& Ui() override { return ui; }
@@ -91,17 +91,17 @@ TEST(RunStartup, OpensCommandLineFileWithDelimiter)
 {
     RecordingHost host;
     EXPECT_EQ(RunStartup({"/sep2", "a.csv"}, host), 0);
-    EXPECT_EQ(host.calls, (Calls{"init", "find Quirnel Window Class /work/a.csv", "new window",
+    EXPECT_EQ(host.calls, (Calls{"init", "find Quirnel Window Class /data/a.csv", "new window",
                                  "explicit", "create Quirnel", "pending 100", "show",
-                                 "open /work/a.csv 9", "listen", "loop", "window destroyed"}));
+                                 "open /data/a.csv 9", "listen", "loop", "window destroyed"}));
 }
 
 TEST(RunStartup, DocumentShownElsewhereRaisesThatInstanceAndEnds)
 {
     RecordingHost host;
-    host.otherInstancePath = "/work/a.csv";
+    host.otherInstancePath = "/data/a.csv";
     EXPECT_EQ(RunStartup({"a.csv"}, host), 0);
-    EXPECT_EQ(host.calls, (Calls{"init", "find Quirnel Window Class /work/a.csv", "raise other"}));
+    EXPECT_EQ(host.calls, (Calls{"init", "find Quirnel Window Class /data/a.csv", "raise other"}));
 }
 
 TEST(RunStartup, CommandLineFaultEndsBeforeAnyWindow)
@@ -153,10 +153,10 @@ TEST(RunStartup, AssociationSwitchSkipsWelcomeAndInstanceCheck)
 {
     RecordingHost host;
     host.firstRun = true;
-    host.otherInstancePath = "/work/a.csv";
+    host.otherInstancePath = "/data/a.csv";
     RunStartup({"/a\"csv?tsv\"", "a.csv"}, host);
     EXPECT_EQ(host.calls, (Calls{"init", "new window", "explicit", "create Quirnel", "pending 100",
-                                 "show", "open /work/a.csv 0", "pending 100", "close", "listen",
+                                 "show", "open /data/a.csv 0", "pending 100", "close", "listen",
                                  "loop", "window destroyed"}));
     EXPECT_TRUE(host.store.HasKey(AssociationRoot::Classes, ".tsv"));
 }
