@@ -1196,11 +1196,19 @@ void MainWindow::OnFileProperties()
     FilePropertiesDialog dialog(request, this);
     if (dialog.exec() != QDialog::Accepted)
         return;
+    ApplyFileProperties(request);
+}
+
+void MainWindow::ApplyFileProperties(const FilePropertiesRequest& request)
+{
     FileFormat format = m_document.Format();
-    int mode =
+    const int mode =
         ApplyFilePropertiesRequest(request, format, m_document.TextMode(), m_document.Table());
     m_document.StoreFormat(format);
     m_document.SetTextMode(mode != 0);
+    // A change of text mode rewrote every cell; the old texts (often the whole file as read)
+    // would otherwise stay in memory until the file is closed.
+    m_document.Table().CompactText();
     m_document.SetModified(true);
     ShowCurrentCellInEditor();
     RefreshAll();
@@ -1215,13 +1223,7 @@ void MainWindow::OnCharacterSet(int position)
     FilePropertiesRequest request = MakeFilePropertiesRequest(m_document.Format());
     request.codePage =
         static_cast<std::uint32_t>(choices[static_cast<std::size_t>(position)].value);
-    FileFormat format = m_document.Format();
-    int mode =
-        ApplyFilePropertiesRequest(request, format, m_document.TextMode(), m_document.Table());
-    m_document.StoreFormat(format);
-    m_document.SetTextMode(mode != 0);
-    m_document.SetModified(true);
-    RefreshAll();
+    ApplyFileProperties(request);
 }
 
 void MainWindow::OnExploreFolder()

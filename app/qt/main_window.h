@@ -34,6 +34,7 @@ class CommandActions;
 class InstanceServer;
 class MainToolbar;
 class TablePane;
+struct FilePropertiesRequest;
 
 struct MainWindowOptions
 {
@@ -156,6 +157,8 @@ private:
     void OnPreferences();
     void OnAssociate();
     void OnCharacterSet(int position);
+    /// Stores the chosen format and converts the cells when the text mode changes.
+    void ApplyFileProperties(const FilePropertiesRequest& request);
     void OnGoToWarning();
     void OnDismissWarning();
     /// True when a data cell has the focus; otherwise tells the user and returns false.
