@@ -38,7 +38,9 @@ TEST(CommandState, ToggleCommandsFollowTheirSwitches)
 TEST(CommandState, EntriesSharingAnIdAreCheckedByTheirOwnBoolean)
 {
     int bound = 0;
-    for (const CommandMenuEntry& entry : MainMenuBar(false)[1].entries) {
+    // Kept in a variable: a range-for over a member of the temporary would outlive it.
+    const auto menus = MainMenuBar(false);
+    for (const CommandMenuEntry& entry : menus[1].entries) {
         for (bool on : {false, true}) {
             // Every other flag says the opposite, so a check taken from the wrong one shows.
             DocumentState state;
