@@ -118,14 +118,36 @@ void TableControl::RemoveObserver(TableControlObserver* observer)
 
 void TableControl::NotifyReset()
 {
+    if (m_changeDepth > 0) {
+        m_resetPending = true;
+        return;
+    }
     for (TableControlObserver* observer : m_observers)
         observer->OnTableReset();
 }
 
 void TableControl::NotifyRepaint()
 {
+    if (m_changeDepth > 0) {
+        m_repaintPending = true;
+        return;
+    }
     for (TableControlObserver* observer : m_observers)
         observer->OnTableRepaint();
+}
+
+void TableControl::EndChange(int firstPosition)
+{
+    if (m_changeDepth == 0 || --m_changeDepth > 0)
+        return;
+    m_lastChangeFrom = std::max(0, firstPosition);
+    const bool reset = m_resetPending;
+    const bool repaint = m_repaintPending && !reset;
+    m_resetPending = m_repaintPending = false;
+    if (reset)
+        NotifyReset();
+    else if (repaint)
+        NotifyRepaint();
 }
 
 void TableControl::Redraw()
@@ -716,6 +738,26 @@ std::vector<int> TableControl::DuplicateRows(std::span<const int> sourceRows)
     }
     NotifyReset();
     return result;
+}
+
+bool TableControl::ReorderRows(std::span<const int> from)
+{
+    const auto count = static_cast<std::size_t>(m_rowCount);
+    if (from.size() != count)
+        return false;
+    std::vector<std::uint8_t> seen(count, 0);
+    std::vector<std::int32_t> order(count);
+    for (std::size_t i = 0; i < count; ++i) {
+        const int row = from[i];
+        if (row < 0 || row >= m_rowCount || seen[static_cast<std::size_t>(row)])
+            return false;
+        seen[static_cast<std::size_t>(row)] = 1;
+        order[i] = row;
+    }
+    PermuteRows(order);
+    RestoreOrder(m_sortColumn < 0);
+    NotifyReset();
+    return true;
 }
 
 void TableControl::Shuffle(std::uint64_t seed)

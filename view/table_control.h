@@ -272,6 +272,15 @@ public:
     void RemoveObserver(TableControlObserver* observer);
     /// Tells the observers that everything may have changed (after deferred work).
     void Redraw();
+    /// Between BeginChange and the matching EndChange the observers hear nothing; EndChange
+    /// then tells them once, if anything changed. Calls nest. A command's many primitives thus
+    /// reach the view as one change.
+    void BeginChange() { ++m_changeDepth; }
+    /// `firstPosition`: the first display position the change touched (rows above it look as
+    /// before), kept in LastChangeFrom() for the observers.
+    void EndChange(int firstPosition = 0);
+    bool Changing() const { return m_changeDepth > 0; }
+    int LastChangeFrom() const { return m_lastChangeFrom; }
 
     /// Empty: the view state is not persisted.
     void SetSettingsName(std::string name) { m_settingsName = std::move(name); }
@@ -322,6 +331,10 @@ public:
     /// The same for many rows in one pass (any order, repeats ignored): each copy lands
     /// directly below its source. Returns the copies' final indices in ascending order.
     std::vector<int> DuplicateRows(std::span<const int> sourceRows);
+    /// Rearranges the rows so that storage index i holds the row that was at from[i]. Cells,
+    /// flags and the focus travel with their rows; a sorted table keeps showing each row where
+    /// it was. False (nothing changed) unless `from` is a permutation of 0 .. RowCount() - 1.
+    bool ReorderRows(std::span<const int> from);
     /// Rearranges the rows in a random order; the table becomes unsorted.
     void Shuffle(std::uint64_t seed);
     /// Removes every row and data column, resets sort, focus and selection, and lets go of
@@ -504,6 +517,10 @@ private:
     TextMeasurer* m_measurer = nullptr;
     ViewGeometry m_geometry;
     std::string (*m_decoder)(std::string_view) = nullptr;
+    int m_changeDepth = 0;
+    int m_lastChangeFrom = 0;
+    bool m_resetPending = false;
+    bool m_repaintPending = false;
 };
 
 } // namespace quirnel
