@@ -2,6 +2,8 @@
 // The main window's persisted settings: the whole "Settings" section, the document frame's
 // keys, the window placement, and the Preferences dialog's choices and their stored values.
 
+#include "editing/tool_context.h"
+
 #include <optional>
 #include <string>
 #include <string_view>
@@ -13,27 +15,19 @@ class SettingsExchange;
 
 namespace quirnel {
 
-/// Everything the main window keeps under "Settings", in the order it is read and written.
-struct Preferences
+/// Everything the main window keeps under "Settings"; ExchangePreferences fixes the order in
+/// which the keys are read and written. The editing commands' own values sit in the base.
+struct Preferences : EditingPreferences
 {
-    bool noConfirmDeleteRow = false;
     bool hideIndexColumn = false;
     int charset = 1;
     int backupLevels = 9;
     /// 0 8-bit cells, 1 UTF-16 cells for a new file.
     int defaultEncoding = 0;
-    bool shiftLeft = true;
     bool newFileLaunchesCreateColumn = true;
-    std::string combineSeparator;
-    bool combineAlwaysSeparate = false;
     bool warnTooFew = true;
-    bool trimLinesEnd = false;
-    bool trimReduce = false;
-    bool copyRowsNoColumnNames = false;
-    int pasteRowsLocation = 0;
     bool filterCaseSensitive = false;
     bool filterWholeWord = false;
-    int scope = 1;
     bool graphAmount1Used = true;
     std::string graphAmount;
     std::string graphAmountW;

@@ -2,11 +2,11 @@
 
 #include "app/command_ids.h"
 #include "app/instance_protocol.h"
-#include "app/jump_to_row.h"
+#include "editing/jump_to_row.h"
 #include "app/qt/association_dialog.h"
 #include "app/qt/file_dialogs.h"
 #include "app/qt/instance_finder.h"
-#include "app/qt/jump_to_row_dialog.h"
+#include "editing/qt/jump_to_row_dialog.h"
 #include "app/qt/main_window_commands.h"
 #include "app/qt/preferences_dialog.h"
 #include "app/qt/table_pane.h"

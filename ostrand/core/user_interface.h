@@ -47,11 +47,15 @@ struct MessageBoxRequest
     std::string title;
     std::string text;
     MessageIcon icon = MessageIcon::None;
+    /// The image of the command that asks (its name in the command table); empty for none.
+    std::string commandIcon;
     unsigned buttons = kButtonOk;
     std::vector<ExtraButton> extraButtons;
     /// Optional check box ("Don't ask again"); shown when the text is not empty, bound to *checked.
     std::string checkBoxText;
     bool* checked = nullptr;
+    /// The check box's help text; empty for none.
+    std::string checkBoxTip;
     /// The button (standard value or extra id) that Enter presses; 0 lets the toolkit choose.
     int defaultButton = 0;
 };

@@ -4,8 +4,8 @@
 
 #include "app/command_ids.h"
 #include "app/command_state.h"
-#include "app/jump_to_row.h"
-#include "app/qt/jump_to_row_dialog.h"
+#include "editing/jump_to_row.h"
+#include "editing/qt/jump_to_row_dialog.h"
 #include "app/qt/main_window.h"
 #include "app/qt/table_pane.h"
 #include "tests/gui/gui_test_support.h"

@@ -15,6 +15,15 @@ ScriptedUi& ScriptedUi::Expect(std::string title, std::string text, int answer)
     return *this;
 }
 
+ScriptedUi& ScriptedUi::CheckBox(bool checked)
+{
+    if (m_expected.empty())
+        ADD_FAILURE() << "CheckBox() without an expected box";
+    else
+        m_expected.back().checkBox = checked ? 1 : 0;
+    return *this;
+}
+
 int ScriptedUi::MessageBox(const ost::MessageBoxRequest& request)
 {
     m_shown.push_back(request);
@@ -27,6 +36,12 @@ int ScriptedUi::MessageBox(const ost::MessageBoxRequest& request)
     m_expected.pop_front();
     EXPECT_EQ(next.title, request.title);
     EXPECT_EQ(next.text, request.text);
+    if (next.checkBox >= 0) {
+        EXPECT_TRUE(request.checked && !request.checkBoxText.empty())
+            << "the box has no check box to answer: " << request.title;
+        if (request.checked)
+            *request.checked = next.checkBox != 0;
+    }
     return next.answer;
 }
 

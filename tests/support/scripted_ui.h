@@ -29,6 +29,8 @@ public:
 
     /// The next box must have exactly this title and text; it is answered with `answer`.
     ScriptedUi& Expect(std::string title, std::string text, int answer = ost::kButtonOk);
+    /// The box just expected must carry a check box, which is answered with `checked`.
+    ScriptedUi& CheckBox(bool checked);
     /// Cancels the progress display at its n-th update (1-based); 0 never cancels.
     void CancelProgressAt(int update) { m_cancelAt = update; }
 

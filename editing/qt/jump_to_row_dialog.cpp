@@ -1,6 +1,6 @@
-#include "app/qt/jump_to_row_dialog.h"
+#include "editing/qt/jump_to_row_dialog.h"
 
-#include "app/jump_to_row.h"
+#include "editing/jump_to_row.h"
 #include "app/qt/dialog_util.h"
 
 #include <QDialogButtonBox>

@@ -1,4 +1,4 @@
-#include "app/jump_to_row.h"
+#include "editing/jump_to_row.h"
 
 #include <string_view>
 

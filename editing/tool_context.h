@@ -1,0 +1,99 @@
+#pragma once
+// Everything a table-editing command may touch, handed to it as one context: the document,
+// the person at the screen (boxes, typed dialogs), the clipboard, the preferences editing keeps,
+// a random source and the host window's duties. Nothing here knows a widget, so every command
+// runs the same under a test's scripted answers as in the editor.
+
+#include <cstdint>
+#include <string>
+
+namespace ost {
+class Clipboard;
+class UserInterface;
+} // namespace ost
+
+namespace quirnel {
+
+class TableDocument;
+struct JumpToRowRequest;
+
+/// One virtual per dialog of the editing commands. Each takes a request that carries the
+/// defaults in and the user's choices out; false means the user cancelled.
+class EditingDialogs
+{
+public:
+    virtual ~EditingDialogs() = default;
+    virtual bool JumpToRow(JumpToRowRequest& request) = 0;
+};
+
+/// What only the window can do for a command.
+class EditingHost
+{
+public:
+    virtual ~EditingHost() = default;
+    /// Puts a cell edit in progress (in-place editor or Editor pane) into the table.
+    virtual void CommitCellEdit() = 0;
+    /// Set for the length of a structural change, so that the view's change notices do not
+    /// re-enter editing code.
+    virtual void SetBusy(bool busy) = 0;
+    /// The control's focus cell was set by the core: make the view show and follow it.
+    virtual void ShowFocusCell() = 0;
+    /// True while the multiline Editor pane is open.
+    virtual bool MultilineEditing() const = 0;
+    /// Loads the focus cell into the Editor pane again after a change.
+    virtual void ReopenEditor() = 0;
+    /// The document was just marked modified: bring the caption up to date.
+    virtual void MarkModified() = 0;
+    /// The framework's New File and Open File actions, dialogs included. False when the user
+    /// cancelled or the action failed.
+    virtual bool RunNewFile() = 0;
+    virtual bool RunOpenFile() = 0;
+};
+
+/// The "Settings" values editing commands read and write. The application's preferences
+/// derive from this record, so a command's change is what gets saved.
+struct EditingPreferences
+{
+    /// "Don't confirm row deletion"; also set by the question's "Never ask this question
+    /// again" check box.
+    bool noConfirmDeleteRow = false;
+    bool shiftLeft = true;
+    std::string combineSeparator;
+    bool combineAlwaysSeparate = false;
+    bool trimLinesEnd = false;
+    bool trimReduce = false;
+    bool copyRowsNoColumnNames = false;
+    int pasteRowsLocation = 0;
+    int scope = 1;
+};
+
+/// Where shuffles get their randomness; tests give a fixed sequence.
+class RandomSource
+{
+public:
+    virtual ~RandomSource() = default;
+    virtual std::uint64_t Next() = 0;
+};
+
+/// Editing state that lives as long as the open file: the bookmarked cell.
+struct EditingState
+{
+    /// Storage row and column; -1 when none.
+    int bookmarkRow = -1;
+    int bookmarkColumn = -1;
+    void Forget() { bookmarkRow = bookmarkColumn = -1; }
+};
+
+struct ToolContext
+{
+    TableDocument& document;
+    ost::UserInterface& ui;
+    EditingDialogs& dialogs;
+    ost::Clipboard& clipboard;
+    EditingHost& host;
+    EditingPreferences& prefs;
+    RandomSource& random;
+    EditingState& state;
+};
+
+} // namespace quirnel
