@@ -468,6 +468,25 @@ std::optional<double> ReadMemorySize(std::u16string_view text)
     return ReadMemoryAscii(ToAscii(text, buffer));
 }
 
+bool IsWholeNumber(std::string_view text)
+{
+    if (text.size() > kAsciiLimit)
+        return false;
+    std::size_t i = 0;
+    if (!ScanNumber(text, i))
+        return false;
+    SkipSpaces(text, i);
+    return i == text.size();
+}
+
+bool IsWholeNumber(std::u16string_view text)
+{
+    if (text.size() > kAsciiLimit)
+        return false;
+    char buffer[kAsciiLimit];
+    return IsWholeNumber(ToAscii(text, buffer));
+}
+
 bool SystemDateIsDayFirst()
 {
     // The locale's own date layout ("%d/%m/%Y", "%m/%d/%y") says which comes first; under the

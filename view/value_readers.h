@@ -54,6 +54,11 @@ std::optional<DateTime> ReadDateTime(std::u16string_view text, bool dayFirst);
 std::optional<double> ReadMemorySize(std::string_view text);
 std::optional<double> ReadMemorySize(std::u16string_view text);
 
+/// True when the numeric reader consumes the whole text but surrounding spaces ("12 kg" is a
+/// number to sort by, yet not wholly one).
+bool IsWholeNumber(std::string_view text);
+bool IsWholeNumber(std::u16string_view text);
+
 /// The day/month order of the user's regional settings (the locale's date layout).
 bool SystemDateIsDayFirst();
 
