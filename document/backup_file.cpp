@@ -199,56 +199,21 @@ bool ReplaceFile(FileSystem& fileSystem, const std::string& target, const std::s
     }
     int error = 0;
     FileInfo info;
-    fileSystem.Stat(target, info, error);
-    if (!info.exists) {
-        if (!fileSystem.Rename(newFile, target, error)) {
-            errorText = Format("Failed to replace file \"%s\": %s\r\n", target.c_str(),
-                               SystemErrorText(error).c_str());
-            return false;
-        }
-        return true;
-    }
     // A read-only file is never replaced, as a protected file could not be overwritten; the
     // reason is spelt out because the system's own text would only say "permission denied".
-    if (info.readOnly) {
+    if (fileSystem.Stat(target, info, error) && info.exists && info.readOnly) {
         errorText = Format("Failed to replace file \"%s\": %s\r\n", target.c_str(),
                            "the read-only attribute is set.");
         return false;
     }
-    std::string aside;
-    FileSystem::Handle handle = -1;
-    if (!fileSystem.CreateTempFile(FolderOf(target), aside, handle, error)) {
-        if (!fileSystem.Copy(newFile, target, error)) {
-            errorText = Format("Unable to replace the file \"%s\".\r\n%s\r\n", target.c_str(),
-                               SystemErrorText(error).c_str());
-            return false;
-        }
-        fileSystem.Remove(newFile, error);
-        return true;
-    }
-    int ignored = 0;
-    fileSystem.Close(handle, ignored);
-    bool targetMovedAside = true;
-    if (!fileSystem.Rename(target, aside, error)) {
-        fileSystem.Remove(aside, ignored);
-        if (ClassifyError(error) != kErrorFileNotFound) {
-            errorText = Format("Failed to backup the original file \"%s\" to \"%s\".\r\n%s\r\n",
-                               target.c_str(), aside.c_str(), SystemErrorText(error).c_str());
-            return false;
-        }
-        targetMovedAside = false;
-    }
+    // One rename puts the new file in place: the target is the old file until the moment it
+    // is the new one, whatever fails. Nothing is moved aside or copied over the target, so no
+    // failure can leave it half written or gone.
     if (!fileSystem.Rename(newFile, target, error)) {
-        const std::string reason = ClassifyError(error) == kErrorAccessDenied && info.readOnly
-                                       ? "the read-only attribute is set."
-                                       : SystemErrorText(error);
-        errorText = Format("Failed to replace file \"%s\": %s\r\n", target.c_str(), reason.c_str());
-        if (targetMovedAside)
-            fileSystem.Rename(aside, target, ignored);
+        errorText = Format("Failed to replace file \"%s\": %s\r\n", target.c_str(),
+                           SystemErrorText(error).c_str());
         return false;
     }
-    if (targetMovedAside)
-        fileSystem.Remove(aside, ignored);
     return true;
 }
 

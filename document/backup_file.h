@@ -35,8 +35,8 @@ int BackupFile(FileSystem& fileSystem, const std::string& path, const std::strin
                int levels, unsigned flags, std::string* errors, BackupProgress progress,
                void* progressData);
 
-/// Puts `newFile` in the place of `target` and deletes the old target. On failure the target is
-/// as it was and `errorText` says why.
+/// Puts `newFile` in the place of `target` in one rename; the old target is gone with it. On
+/// failure the target is as it was, `newFile` is still there and `errorText` says why.
 bool ReplaceFile(FileSystem& fileSystem, const std::string& target, const std::string& newFile,
                  std::string& errorText, unsigned flags);
 

@@ -14,22 +14,6 @@ namespace quirnel {
 
 namespace {
 
-bool WriteAll(int fd, const char* data, std::size_t size, int& error)
-{
-    while (size > 0) {
-        const ssize_t written = ::write(fd, data, size);
-        if (written < 0) {
-            if (errno == EINTR)
-                continue;
-            error = errno;
-            return false;
-        }
-        data += written;
-        size -= static_cast<std::size_t>(written);
-    }
-    return true;
-}
-
 /// Large buffers are touched once from end to end: huge pages save most of the page faults.
 void AdviseHugePages(char* data, std::size_t size)
 {
@@ -42,203 +26,215 @@ void AdviseHugePages(char* data, std::size_t size)
         ::madvise(reinterpret_cast<void*>(begin), end - begin, MADV_HUGEPAGE);
 }
 
-class PosixFileSystem : public FileSystem
+} // namespace
+
+bool PosixFileSystem::ReadWholeFile(const std::string& path, std::string& data, int& error)
 {
-public:
-    bool ReadWholeFile(const std::string& path, std::string& data, int& error) override
-    {
-        const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
-        if (fd < 0) {
+    const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (fd < 0) {
+        error = errno;
+        return false;
+    }
+    struct stat st
+    {};
+    if (::fstat(fd, &st) != 0 || S_ISDIR(st.st_mode)) {
+        error = S_ISDIR(st.st_mode) ? EISDIR : errno;
+        ::close(fd);
+        return false;
+    }
+    // One spare byte tells whether the file grew while it was read.
+    const std::uint64_t expected = static_cast<std::uint64_t>(st.st_size) + 1;
+    data.clear();
+    data.reserve(static_cast<std::size_t>(expected));
+    AdviseHugePages(data.data(), static_cast<std::size_t>(expected));
+    data.resize(static_cast<std::size_t>(expected));
+    std::size_t size = 0;
+    for (;;) {
+        if (size == data.size())
+            data.resize(data.size() * 2);
+        const ssize_t got = ::read(fd, data.data() + size, data.size() - size);
+        if (got < 0) {
+            if (errno == EINTR)
+                continue;
             error = errno;
-            return false;
-        }
-        struct stat st
-        {};
-        if (::fstat(fd, &st) != 0 || S_ISDIR(st.st_mode)) {
-            error = S_ISDIR(st.st_mode) ? EISDIR : errno;
             ::close(fd);
             return false;
         }
-        // One spare byte tells whether the file grew while it was read.
-        const std::size_t expected = static_cast<std::size_t>(st.st_size) + 1;
-        data.clear();
-        data.reserve(expected);
-        AdviseHugePages(data.data(), expected);
-        data.resize(expected);
-        std::size_t size = 0;
-        for (;;) {
-            if (size == data.size())
-                data.resize(data.size() * 2);
-            const ssize_t got = ::read(fd, data.data() + size, data.size() - size);
-            if (got < 0) {
-                if (errno == EINTR)
-                    continue;
-                error = errno;
-                ::close(fd);
-                return false;
-            }
-            if (got == 0)
-                break;
-            size += static_cast<std::size_t>(got);
-        }
-        ::close(fd);
-        data.resize(size);
-        return true;
+        if (got == 0)
+            break;
+        size += static_cast<std::size_t>(got);
     }
+    ::close(fd);
+    data.resize(size);
+    return true;
+}
 
-    bool Stat(const std::string& path, FileInfo& info, int& error) override
-    {
-        info = FileInfo();
-        struct stat st
-        {};
-        if (::stat(path.c_str(), &st) != 0) {
-            if (errno == ENOENT || errno == ENOTDIR)
-                return true;
+bool PosixFileSystem::Stat(const std::string& path, FileInfo& info, int& error)
+{
+    info = FileInfo();
+    struct stat st
+    {};
+    if (::stat(path.c_str(), &st) != 0) {
+        if (errno == ENOENT || errno == ENOTDIR)
+            return true;
+        error = errno;
+        return false;
+    }
+    info.exists = true;
+    info.isDirectory = S_ISDIR(st.st_mode);
+    info.readOnly = (st.st_mode & S_IWUSR) == 0;
+    info.size = static_cast<std::uint64_t>(st.st_size);
+    info.modified = static_cast<std::int64_t>(st.st_mtim.tv_sec) * 1000000000 + st.st_mtim.tv_nsec;
+    return true;
+}
+
+bool PosixFileSystem::CreateTempFile(const std::string& folder, std::string& path, Handle& handle,
+                                     int& error)
+{
+    std::string pattern = (folder.empty() ? std::string(".") : folder) + "/~qrn-XXXXXX.tmp";
+    const int fd = ::mkstemps(pattern.data(), 4);
+    if (fd < 0) {
+        error = errno;
+        return false;
+    }
+    // mkstemp makes the file private; a saved file should get the usual permissions.
+    const mode_t mask = ::umask(0);
+    ::umask(mask);
+    ::fchmod(fd, 0666 & ~mask);
+    path = pattern;
+    handle = fd;
+    return true;
+}
+
+bool PosixFileSystem::WriteBytes(Handle handle, const char* data, std::size_t size, int& error)
+{
+    while (size > 0) {
+        const ssize_t written = ::write(handle, data, size);
+        if (written < 0) {
+            if (errno == EINTR)
+                continue;
             error = errno;
             return false;
         }
-        info.exists = true;
-        info.isDirectory = S_ISDIR(st.st_mode);
-        info.readOnly = (st.st_mode & S_IWUSR) == 0;
-        info.size = static_cast<std::uint64_t>(st.st_size);
-        info.modified =
-            static_cast<std::int64_t>(st.st_mtim.tv_sec) * 1000000000 + st.st_mtim.tv_nsec;
-        return true;
+        data += written;
+        size -= static_cast<std::size_t>(written);
     }
+    return true;
+}
 
-    bool CreateTempFile(const std::string& folder, std::string& path, Handle& handle,
-                        int& error) override
-    {
-        std::string pattern = (folder.empty() ? std::string(".") : folder) + "/~qrn-XXXXXX.tmp";
-        const int fd = ::mkstemps(pattern.data(), 4);
-        if (fd < 0) {
-            error = errno;
-            return false;
-        }
-        // mkstemp makes the file private; a saved file should get the usual permissions.
-        const mode_t mask = ::umask(0);
-        ::umask(mask);
-        ::fchmod(fd, 0666 & ~mask);
-        path = pattern;
-        handle = fd;
-        return true;
+bool PosixFileSystem::Write(Handle handle, const char* data, std::size_t size, int& error)
+{
+    return WriteBytes(handle, data, size, error);
+}
+
+bool PosixFileSystem::Close(Handle handle, int& error)
+{
+    bool ok = true;
+    if (::fsync(handle) != 0) {
+        error = errno;
+        ok = false;
     }
-
-    bool Write(Handle handle, const char* data, std::size_t size, int& error) override
-    {
-        return WriteAll(handle, data, size, error);
+    if (::close(handle) != 0 && ok) {
+        error = errno;
+        ok = false;
     }
+    return ok;
+}
 
-    bool Close(Handle handle, int& error) override
-    {
-        bool ok = true;
-        if (::fsync(handle) != 0) {
-            error = errno;
-            ok = false;
-        }
-        if (::close(handle) != 0 && ok) {
-            error = errno;
-            ok = false;
-        }
-        return ok;
+bool PosixFileSystem::Rename(const std::string& from, const std::string& to, int& error)
+{
+    if (::rename(from.c_str(), to.c_str()) != 0) {
+        error = errno;
+        return false;
     }
+    return true;
+}
 
-    bool Rename(const std::string& from, const std::string& to, int& error) override
-    {
-        if (::rename(from.c_str(), to.c_str()) != 0) {
-            error = errno;
-            return false;
-        }
-        return true;
+bool PosixFileSystem::Copy(const std::string& from, const std::string& to, int& error)
+{
+    const int in = ::open(from.c_str(), O_RDONLY | O_CLOEXEC);
+    if (in < 0) {
+        error = errno;
+        return false;
     }
-
-    bool Copy(const std::string& from, const std::string& to, int& error) override
-    {
-        const int in = ::open(from.c_str(), O_RDONLY | O_CLOEXEC);
-        if (in < 0) {
-            error = errno;
-            return false;
-        }
-        struct stat st
-        {};
-        if (::fstat(in, &st) != 0) {
-            error = errno;
-            ::close(in);
-            return false;
-        }
-        const int out =
-            ::open(to.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, st.st_mode & 07777);
-        if (out < 0) {
-            error = errno;
-            ::close(in);
-            return false;
-        }
-        std::unique_ptr<char[]> chunk(new char[1 << 20]);
-        bool ok = true;
-        for (;;) {
-            const ssize_t got = ::read(in, chunk.get(), 1 << 20);
-            if (got < 0) {
-                if (errno == EINTR)
-                    continue;
-                error = errno;
-                ok = false;
-                break;
-            }
-            if (got == 0)
-                break;
-            if (!WriteAll(out, chunk.get(), static_cast<std::size_t>(got), error)) {
-                ok = false;
-                break;
-            }
-        }
-        // The copy keeps the original's last write time: that is how a later backup recognises
-        // that the file has not changed since.
-        const struct timespec times[2] = {st.st_atim, st.st_mtim};
-        if (ok && ::futimens(out, times) != 0) {
-            error = errno;
-            ok = false;
-        }
-        if (::close(out) != 0 && ok) {
-            error = errno;
-            ok = false;
-        }
+    struct stat st
+    {};
+    if (::fstat(in, &st) != 0) {
+        error = errno;
         ::close(in);
-        if (!ok)
-            ::unlink(to.c_str());
-        return ok;
+        return false;
     }
-
-    bool Remove(const std::string& path, int& error) override
-    {
-        if (::unlink(path.c_str()) != 0) {
+    const int out =
+        ::open(to.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, st.st_mode & 07777);
+    if (out < 0) {
+        error = errno;
+        ::close(in);
+        return false;
+    }
+    constexpr std::size_t kChunk = 1 << 20;
+    std::unique_ptr<char[]> chunk(new char[kChunk]);
+    bool ok = true;
+    for (;;) {
+        const ssize_t got = ::read(in, chunk.get(), kChunk);
+        if (got < 0) {
+            if (errno == EINTR)
+                continue;
             error = errno;
-            return false;
+            ok = false;
+            break;
         }
-        return true;
-    }
-
-    bool CopyPermissions(const std::string& model, const std::string& path, int& error) override
-    {
-        struct stat st
-        {};
-        if (::stat(model.c_str(), &st) != 0 || ::chmod(path.c_str(), st.st_mode & 07777) != 0) {
-            error = errno;
-            return false;
+        if (got == 0)
+            break;
+        if (!WriteBytes(out, chunk.get(), static_cast<std::size_t>(got), error)) {
+            ok = false;
+            break;
         }
-        return true;
     }
-
-    bool CreateDirectory(const std::string& path, int& error) override
-    {
-        if (::mkdir(path.c_str(), 0777) != 0) {
-            error = errno;
-            return false;
-        }
-        return true;
+    // The copy keeps the original's last write time: that is how a later backup recognises
+    // that the file has not changed since.
+    const struct timespec times[2] = {st.st_atim, st.st_mtim};
+    if (ok && ::futimens(out, times) != 0) {
+        error = errno;
+        ok = false;
     }
-};
+    if (::close(out) != 0 && ok) {
+        error = errno;
+        ok = false;
+    }
+    ::close(in);
+    if (!ok)
+        ::unlink(to.c_str());
+    return ok;
+}
 
-} // namespace
+bool PosixFileSystem::Remove(const std::string& path, int& error)
+{
+    if (::unlink(path.c_str()) != 0) {
+        error = errno;
+        return false;
+    }
+    return true;
+}
+
+bool PosixFileSystem::CopyPermissions(const std::string& model, const std::string& path, int& error)
+{
+    struct stat st
+    {};
+    if (::stat(model.c_str(), &st) != 0 || ::chmod(path.c_str(), st.st_mode & 07777) != 0) {
+        error = errno;
+        return false;
+    }
+    return true;
+}
+
+bool PosixFileSystem::CreateDirectory(const std::string& path, int& error)
+{
+    if (::mkdir(path.c_str(), 0777) != 0) {
+        error = errno;
+        return false;
+    }
+    return true;
+}
 
 FileSystem& RealFileSystem()
 {

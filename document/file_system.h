@@ -33,7 +33,8 @@ public:
 
     /// Replaces `data` with the file's bytes.
     virtual bool ReadWholeFile(const std::string& path, std::string& data, int& error) = 0;
-    /// Information about a path; a missing path is not an error (exists = false).
+    /// Information about a path, following links; a missing path is not an error (exists =
+    /// false).
     virtual bool Stat(const std::string& path, FileInfo& info, int& error) = 0;
     /// Creates a new, empty file with a unique name in the folder, open for writing.
     virtual bool CreateTempFile(const std::string& folder, std::string& path, Handle& handle,
@@ -41,14 +42,36 @@ public:
     virtual bool Write(Handle handle, const char* data, std::size_t size, int& error) = 0;
     /// Flushes the file to the disk, then closes it; the handle is gone either way.
     virtual bool Close(Handle handle, int& error) = 0;
-    /// Moves a file, replacing any file of the new name.
+    /// Moves a file, replacing any file of the new name in one step.
     virtual bool Rename(const std::string& from, const std::string& to, int& error) = 0;
-    /// Copies a file, replacing any file of the new name and keeping its last write time.
+    /// Copies a file, replacing any file of the new name and keeping its last write time. A
+    /// failed copy leaves no file of the new name.
     virtual bool Copy(const std::string& from, const std::string& to, int& error) = 0;
     virtual bool Remove(const std::string& path, int& error) = 0;
     /// Gives `path` the access permissions of `model`.
     virtual bool CopyPermissions(const std::string& model, const std::string& path, int& error) = 0;
     virtual bool CreateDirectory(const std::string& path, int& error) = 0;
+};
+
+/// The machine's own files. Tests derive from it to make single operations fail.
+class PosixFileSystem : public FileSystem
+{
+public:
+    bool ReadWholeFile(const std::string& path, std::string& data, int& error) override;
+    bool Stat(const std::string& path, FileInfo& info, int& error) override;
+    bool CreateTempFile(const std::string& folder, std::string& path, Handle& handle,
+                        int& error) override;
+    bool Write(Handle handle, const char* data, std::size_t size, int& error) override;
+    bool Close(Handle handle, int& error) override;
+    bool Rename(const std::string& from, const std::string& to, int& error) override;
+    bool Copy(const std::string& from, const std::string& to, int& error) override;
+    bool Remove(const std::string& path, int& error) override;
+    bool CopyPermissions(const std::string& model, const std::string& path, int& error) override;
+    bool CreateDirectory(const std::string& path, int& error) override;
+
+protected:
+    /// Every byte that Write and Copy put out passes here.
+    virtual bool WriteBytes(Handle handle, const char* data, std::size_t size, int& error);
 };
 
 /// The machine's own files.

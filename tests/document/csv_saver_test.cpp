@@ -161,7 +161,6 @@ TEST_F(SaveCsvFileTest, TargetReadOnly)
 TEST_F(SaveCsvFileTest, ReplaceFailing)
 {
     PrepareEdited();
-    // Only the move of the new file fails; moving the old file back must work.
     int movesIn = 0;
     m_files.fault = [&](FileOp op, const std::string&, const std::string& to) {
         return op == FileOp::Rename && to == Path() && ++movesIn == 1 ? EIO : 0;
@@ -175,6 +174,27 @@ TEST_F(SaveCsvFileTest, ReplaceFailing)
     EXPECT_EQ(4u, Entries().size());
     // A second attempt does not push the backups further: backup 1 already is this file.
     EXPECT_EQ(kBackupSkipped, BackupFile(m_files, Path(), "", 9, 0, nullptr, nullptr, nullptr));
+}
+
+TEST_F(SaveCsvFileTest, FailedReplaceWithoutAsideNameKeepsTheFile)
+{
+    // Without backups the file itself is all there is. Neither a missing name for a file
+    // beside it nor a copy that breaks off may cost it.
+    ASSERT_TRUE(Load(kOriginal));
+    ASSERT_TRUE(m_document.SetCellText8(0, 2, "changed"));
+    m_document.SetBackupLevels(0);
+    int temporaries = 0;
+    m_files.midway = true;
+    m_files.fault = [&](FileOp op, const std::string&, const std::string& to) {
+        if (op == FileOp::CreateTemp)
+            return ++temporaries > 1 ? EACCES : 0;
+        return op == FileOp::Copy || (op == FileOp::Rename && to == Path()) ? EIO : 0;
+    };
+    m_ui.Expect("Error", "Failed to replace the file.\r\n\r\nFailed to replace file \"" + Path() +
+                             "\": Input/output error\r\n");
+    EXPECT_FALSE(SaveCsvFile(m_document, Path()));
+    EXPECT_EQ(kOriginal, ReadFile(Path()));
+    EXPECT_EQ(std::vector<std::string>{"data.csv"}, Entries());
 }
 
 TEST_F(SaveCsvFileTest, BackupCopyFailingStillSaves)
