@@ -181,7 +181,18 @@ bool SaveCsvFile(TableDocument& document, const std::string& path, const std::st
     std::string temporary;
     FileSystem::Handle handle = -1;
     int error = 0;
-    if (!files.CreateTempFile(FolderOf(path), temporary, handle, error)) {
+    bool created = files.CreateTempFile(FolderOf(path), temporary, handle, error);
+    // The new file takes the place of the old one, so it has the old one's permissions from
+    // the start: a private file must not become readable by others by being saved, not even
+    // while it is written. A file saved for the first time keeps the default ones.
+    if (created && !files.GivePermissions(handle, path, error) &&
+        ClassifyError(error) != kErrorFileNotFound) {
+        int ignored = 0;
+        files.Close(handle, ignored);
+        files.Remove(temporary, ignored);
+        created = false;
+    }
+    if (!created) {
         ui.Message(title, "Failed to create the CSV file.\r\n\r\n" + SystemErrorText(error),
                    ost::MessageIcon::Error);
         return false;
@@ -261,12 +272,6 @@ bool SaveCsvFile(TableDocument& document, const std::string& path, const std::st
         files.Remove(temporary, error);
         return false;
     }
-
-    // The new file takes the place of the old one, so it keeps the old one's permissions: a
-    // private file must not become readable by others by being saved.
-    FileInfo existing;
-    if (files.Stat(path, existing, error) && existing.exists)
-        files.CopyPermissions(path, temporary, error);
 
     // A failed backup does not stop the save; the backups are then as they were.
     BackupFile(files, path, "", document.BackupLevels(), 0, nullptr, nullptr, nullptr);

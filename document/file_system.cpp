@@ -6,6 +6,7 @@
 #include <cstring>
 #include <fcntl.h>
 #include <memory>
+#include <random>
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -24,6 +25,11 @@ void AdviseHugePages(char* data, std::size_t size)
     const auto end = (reinterpret_cast<std::uintptr_t>(data) + size) & ~(kHugePage - 1);
     if (end > begin)
         ::madvise(reinterpret_cast<void*>(begin), end - begin, MADV_HUGEPAGE);
+}
+
+std::string JoinPath(const std::string& folder, const std::string& name)
+{
+    return folder.ends_with('/') ? folder + name : folder + "/" + name;
 }
 
 } // namespace
@@ -91,19 +97,31 @@ bool PosixFileSystem::Stat(const std::string& path, FileInfo& info, int& error)
 bool PosixFileSystem::CreateTempFile(const std::string& folder, std::string& path, Handle& handle,
                                      int& error)
 {
-    std::string pattern = (folder.empty() ? std::string(".") : folder) + "/~qrn-XXXXXX.tmp";
-    const int fd = ::mkstemps(pattern.data(), 4);
-    if (fd < 0) {
-        error = errno;
-        return false;
+    // Not mkstemp: it makes the file private, and only the process's umask, which must not be
+    // changed to be read, knows the permissions a new file ought to get. Opening with 0666
+    // lets the system apply the umask (or the folder's default access list) itself.
+    static constexpr char kLetters[] =
+        "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789";
+    thread_local std::mt19937_64 random{std::random_device{}()};
+    const std::string base = JoinPath(folder.empty() ? std::string(".") : folder, "~qrn-");
+    for (int attempt = 0; attempt < 100; ++attempt) {
+        std::string name = base;
+        for (int i = 0; i < 6; ++i)
+            name += kLetters[random() % (sizeof kLetters - 1)];
+        name += ".tmp";
+        const int fd = ::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+        if (fd >= 0) {
+            path = std::move(name);
+            handle = fd;
+            return true;
+        }
+        if (errno != EEXIST) {
+            error = errno;
+            return false;
+        }
     }
-    // mkstemp makes the file private; a saved file should get the usual permissions.
-    const mode_t mask = ::umask(0);
-    ::umask(mask);
-    ::fchmod(fd, 0666 & ~mask);
-    path = pattern;
-    handle = fd;
-    return true;
+    error = EEXIST;
+    return false;
 }
 
 bool PosixFileSystem::WriteBytes(Handle handle, const char* data, std::size_t size, int& error)
@@ -234,6 +252,22 @@ bool PosixFileSystem::CreateDirectory(const std::string& path, int& error)
         return false;
     }
     return true;
+}
+
+bool PosixFileSystem::GivePermissions(Handle handle, const std::string& model, int& error)
+{
+    struct stat st
+    {};
+    if (::stat(model.c_str(), &st) != 0 || ::fchmod(handle, st.st_mode & 07777) != 0) {
+        error = errno;
+        return false;
+    }
+    return true;
+}
+
+bool FileSystem::GivePermissions(Handle handle, const std::string& model, int& error)
+{
+    return RealFileSystem().GivePermissions(handle, model, error);
 }
 
 FileSystem& RealFileSystem()

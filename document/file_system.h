@@ -36,7 +36,8 @@ public:
     /// Information about a path, following links; a missing path is not an error (exists =
     /// false).
     virtual bool Stat(const std::string& path, FileInfo& info, int& error) = 0;
-    /// Creates a new, empty file with a unique name in the folder, open for writing.
+    /// Creates a new, empty file with a unique name in the folder, open for writing, with the
+    /// permissions a new file gets there by default.
     virtual bool CreateTempFile(const std::string& folder, std::string& path, Handle& handle,
                                 int& error) = 0;
     virtual bool Write(Handle handle, const char* data, std::size_t size, int& error) = 0;
@@ -51,6 +52,12 @@ public:
     /// Gives `path` the access permissions of `model`.
     virtual bool CopyPermissions(const std::string& model, const std::string& path, int& error) = 0;
     virtual bool CreateDirectory(const std::string& path, int& error) = 0;
+
+    // The operations below use the machine's files unless overridden, so that wrappers which
+    // only watch a few operations need not forward them.
+
+    /// Gives the open file the access permissions of the file `model`.
+    virtual bool GivePermissions(Handle handle, const std::string& model, int& error);
 };
 
 /// The machine's own files. Tests derive from it to make single operations fail.
@@ -68,6 +75,7 @@ public:
     bool Remove(const std::string& path, int& error) override;
     bool CopyPermissions(const std::string& model, const std::string& path, int& error) override;
     bool CreateDirectory(const std::string& path, int& error) override;
+    bool GivePermissions(Handle handle, const std::string& model, int& error) override;
 
 protected:
     /// Every byte that Write and Copy put out passes here.

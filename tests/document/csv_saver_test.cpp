@@ -5,8 +5,33 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <limits>
 #include <random>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+namespace {
+
+/// Calls to umask anywhere in this process; the umask itself is set through the system call.
+std::atomic<int> g_umaskCalls{0};
+
+mode_t SetUmaskUncounted(mode_t mask)
+{
+    return static_cast<mode_t>(::syscall(SYS_umask, mask));
+}
+
+} // namespace
+
+// Takes the place of the C library's umask in this test program, so that a test can tell
+// whether saving touched the process-wide mask: a change, however brief, would give files that
+// other threads create meanwhile the wrong permissions.
+extern "C" mode_t umask(mode_t mask) noexcept
+{
+    ++g_umaskCalls;
+    return SetUmaskUncounted(mask);
+}
 
 namespace quirnel {
 namespace {
@@ -237,6 +262,37 @@ TEST_F(SaveCsvFileTest, SavedFileKeepsPermissions)
     ASSERT_TRUE(SaveCsvFile(m_document, Path("other.csv")));
     EXPECT_EQ(kOriginal, ReadFile(Path("other.csv")));
     EXPECT_EQ(Path("other.csv"), m_document.Path());
+}
+
+TEST_F(SaveCsvFileTest, TemporaryFileIsAsPrivateAsTheFileWhileWritten)
+{
+    ASSERT_TRUE(Load(kOriginal));
+    namespace fs = std::filesystem;
+    fs::permissions(Path(), fs::perms::owner_read | fs::perms::owner_write);
+    fs::perms whileWritten = fs::perms::unknown;
+    m_files.fault = [&](FileOp op, const std::string&, const std::string&) {
+        for (const std::string& name : Entries())
+            if (op == FileOp::Write && name.ends_with(".tmp"))
+                whileWritten = fs::status(Path(name)).permissions();
+        return 0;
+    };
+    ASSERT_TRUE(SaveCsvFile(m_document, Path()));
+    EXPECT_EQ(fs::perms::owner_read | fs::perms::owner_write, whileWritten);
+}
+
+TEST_F(SaveCsvFileTest, NewFileGetsDefaultPermissionsAndTheUmaskIsLeftAlone)
+{
+    const mode_t previous = SetUmaskUncounted(027);
+    ASSERT_TRUE(Load(kOriginal));
+    const int callsBefore = g_umaskCalls;
+    const bool saved = SaveCsvFile(m_document, Path("new.csv"));
+    const int calls = g_umaskCalls - callsBefore;
+    SetUmaskUncounted(previous);
+    ASSERT_TRUE(saved);
+    EXPECT_EQ(0, calls);
+    namespace fs = std::filesystem;
+    EXPECT_EQ(fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read,
+              fs::status(Path("new.csv")).permissions());
 }
 
 TEST_F(SaveCsvFileTest, FormatSettingsAreObeyed)

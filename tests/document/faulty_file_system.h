@@ -24,6 +24,7 @@ enum class FileOp
     Rename,
     Copy,
     Remove,
+    Permissions,
     CreateDirectory
 };
 
@@ -147,6 +148,12 @@ public:
     {
         return !Fails(FileOp::CreateDirectory, path, {}, error) &&
                PosixFileSystem::CreateDirectory(path, error);
+    }
+
+    bool GivePermissions(Handle handle, const std::string& model, int& error) override
+    {
+        return !Fails(FileOp::Permissions, model, {}, error) &&
+               PosixFileSystem::GivePermissions(handle, model, error);
     }
 
 protected:
