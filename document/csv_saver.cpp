@@ -181,11 +181,15 @@ bool SaveCsvFile(TableDocument& document, const std::string& path, const std::st
     std::string temporary;
     FileSystem::Handle handle = -1;
     int error = 0;
-    bool created = files.CreateTempFile(FolderOf(path), temporary, handle, error);
+    // A link stays a link: the file it names is the one replaced, and its backups lie beside
+    // that file.
+    std::string target;
+    bool created = files.ResolveLink(path, target, error) &&
+                   files.CreateTempFile(FolderOf(target), temporary, handle, error);
     // The new file takes the place of the old one, so it has the old one's permissions from
     // the start: a private file must not become readable by others by being saved, not even
     // while it is written. A file saved for the first time keeps the default ones.
-    if (created && !files.GivePermissions(handle, path, error) &&
+    if (created && !files.GivePermissions(handle, target, error) &&
         ClassifyError(error) != kErrorFileNotFound) {
         int ignored = 0;
         files.Close(handle, ignored);
@@ -274,10 +278,10 @@ bool SaveCsvFile(TableDocument& document, const std::string& path, const std::st
     }
 
     // A failed backup does not stop the save; the backups are then as they were.
-    BackupFile(files, path, "", document.BackupLevels(), 0, nullptr, nullptr, nullptr);
+    BackupFile(files, target, "", document.BackupLevels(), 0, nullptr, nullptr, nullptr);
 
     std::string replaceError;
-    if (!ReplaceFile(files, path, temporary, replaceError, 0)) {
+    if (!ReplaceFile(files, target, temporary, replaceError, 0)) {
         files.Remove(temporary, error);
         ui.Message(title, "Failed to replace the file.\r\n\r\n" + replaceError,
                    ost::MessageIcon::Error);

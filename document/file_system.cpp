@@ -1,5 +1,7 @@
 #include "document/file_system.h"
 
+#include "ostrand/core/link_target.h"
+
 #include <cerrno>
 #include <cstdint>
 #include <cstdlib>
@@ -263,6 +265,16 @@ bool PosixFileSystem::GivePermissions(Handle handle, const std::string& model, i
         return false;
     }
     return true;
+}
+
+bool PosixFileSystem::ResolveLink(const std::string& path, std::string& target, int& error)
+{
+    return ost::ResolveLinkTarget(path, target, error);
+}
+
+bool FileSystem::ResolveLink(const std::string& path, std::string& target, int& error)
+{
+    return RealFileSystem().ResolveLink(path, target, error);
 }
 
 bool FileSystem::GivePermissions(Handle handle, const std::string& model, int& error)

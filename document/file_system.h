@@ -58,6 +58,9 @@ public:
 
     /// Gives the open file the access permissions of the file `model`.
     virtual bool GivePermissions(Handle handle, const std::string& model, int& error);
+    /// The file that `path` finally names once the symbolic links at its end are followed; it
+    /// need not exist. A path that is no link names itself. Fails on a loop of links.
+    virtual bool ResolveLink(const std::string& path, std::string& target, int& error);
 };
 
 /// The machine's own files. Tests derive from it to make single operations fail.
@@ -76,6 +79,7 @@ public:
     bool CopyPermissions(const std::string& model, const std::string& path, int& error) override;
     bool CreateDirectory(const std::string& path, int& error) override;
     bool GivePermissions(Handle handle, const std::string& model, int& error) override;
+    bool ResolveLink(const std::string& path, std::string& target, int& error) override;
 
 protected:
     /// Every byte that Write and Copy put out passes here.

@@ -1,5 +1,7 @@
 #include "ostrand/settings/settings_file.h"
 
+#include "ostrand/core/link_target.h"
+
 #include <atomic>
 #include <cerrno>
 #include <charconv>
@@ -487,26 +489,34 @@ std::string SettingsFile::Serialize() const
 bool SettingsFile::Save(const std::filesystem::path& path) const
 {
     const std::string data = Serialize();
-    std::string pattern = path.string() + ".XXXXXX";
+    // A settings file that is a link (kept with the user's other configuration files, say)
+    // stays one: the file it names is rewritten.
+    std::string target;
+    int error = 0;
+    if (!ResolveLinkTarget(path.string(), target, error)) {
+        errno = error;
+        return false;
+    }
+    std::string pattern = target + ".XXXXXX";
     int fd = FailsAt(SettingsSaveStep::CreateTemporary) ? -1 : ::mkstemp(pattern.data());
     if (fd < 0)
         return false;
     // Keep the permissions a user gave the old file; a new one stays private to its owner.
     struct stat old;
-    if (::stat(path.c_str(), &old) == 0)
+    if (::stat(target.c_str(), &old) == 0)
         ::fchmod(fd, old.st_mode & 07777);
     bool ok = !FailsAt(SettingsSaveStep::Write) && WriteAll(fd, data);
     // Without the sync a crash soon after the rename can leave an empty file in its place.
     ok = ok && !FailsAt(SettingsSaveStep::Sync) && ::fsync(fd) == 0;
     ok = (::close(fd) == 0) && ok;
-    ok = ok && !FailsAt(SettingsSaveStep::Rename) && ::rename(pattern.c_str(), path.c_str()) == 0;
+    ok = ok && !FailsAt(SettingsSaveStep::Rename) && ::rename(pattern.c_str(), target.c_str()) == 0;
     if (!ok) {
-        int error = errno;
+        const int failure = errno;
         ::unlink(pattern.c_str());
-        errno = error;
+        errno = failure;
         return false;
     }
-    std::filesystem::path folder = path.parent_path();
+    std::filesystem::path folder = std::filesystem::path(target).parent_path();
     int folderFd =
         ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (folderFd >= 0) {

@@ -295,6 +295,34 @@ TEST_F(SaveCsvFileTest, NewFileGetsDefaultPermissionsAndTheUmaskIsLeftAlone)
               fs::status(Path("new.csv")).permissions());
 }
 
+TEST_F(SaveCsvFileTest, SavingThroughALinkKeepsTheLink)
+{
+    namespace fs = std::filesystem;
+    fs::create_directory(m_dir / "real");
+    fs::create_symlink("real/data.csv", Path());
+    ASSERT_TRUE(Load(kOriginal));
+    ASSERT_TRUE(m_document.SetCellText8(0, 2, "changed"));
+    ASSERT_TRUE(SaveCsvFile(m_document, Path()));
+    EXPECT_TRUE(fs::is_symlink(Path()));
+    EXPECT_EQ("a,b\r\n1,changed\r\n", ReadFile(m_dir / "real" / "data.csv"));
+    // The backups lie beside the file that changed.
+    EXPECT_EQ(kOriginal, ReadFile(m_dir / "real" / "data.csv.bk1"));
+    EXPECT_EQ((std::vector<std::string>{"data.csv", "real"}), Entries());
+    EXPECT_EQ(Path(), m_document.Path());
+}
+
+TEST_F(SaveCsvFileTest, LoopOfLinksIsNotSaved)
+{
+    namespace fs = std::filesystem;
+    ASSERT_TRUE(Load(kOriginal));
+    fs::remove(Path());
+    fs::create_symlink("loop.csv", Path());
+    fs::create_symlink("data.csv", Path("loop.csv"));
+    m_ui.Expect("Error", "Failed to create the CSV file.\r\n\r\nToo many levels of symbolic links");
+    EXPECT_FALSE(SaveCsvFile(m_document, Path()));
+    EXPECT_EQ((std::vector<std::string>{"data.csv", "loop.csv"}), Entries());
+}
+
 TEST_F(SaveCsvFileTest, FormatSettingsAreObeyed)
 {
     ASSERT_TRUE(Load("a,b\nx y,\\z\n"));

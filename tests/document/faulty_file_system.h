@@ -25,6 +25,7 @@ enum class FileOp
     Copy,
     Remove,
     Permissions,
+    ResolveLink,
     CreateDirectory
 };
 
@@ -154,6 +155,12 @@ public:
     {
         return !Fails(FileOp::Permissions, model, {}, error) &&
                PosixFileSystem::GivePermissions(handle, model, error);
+    }
+
+    bool ResolveLink(const std::string& path, std::string& target, int& error) override
+    {
+        return !Fails(FileOp::ResolveLink, path, {}, error) &&
+               PosixFileSystem::ResolveLink(path, target, error);
     }
 
 protected:
