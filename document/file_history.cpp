@@ -75,12 +75,15 @@ std::vector<std::string> FileHistory::Paths() const
 }
 
 // One section per path, "File0" the most recent; "Path" first, then the record's keys.
-void FileHistory::Load(const std::filesystem::path& file)
+ost::SettingsLoadStatus FileHistory::Load(const std::filesystem::path& file)
 {
     m_entries.clear();
     ost::SettingsFile settings;
-    if (settings.Load(file) == ost::SettingsLoadStatus::FirstRun)
-        return;
+    m_loadStatus = settings.Load(file);
+    m_loadError = settings.LoadError();
+    m_unreadable.clear();
+    if (m_loadStatus == ost::SettingsLoadStatus::Unreadable)
+        m_unreadable = file;
     for (const std::string& section : settings.Sections()) {
         if (!section.starts_with("File"))
             continue;
@@ -97,10 +100,15 @@ void FileHistory::Load(const std::filesystem::path& file)
         m_entries.emplace_back(*path, std::move(record));
     }
     Trim();
+    return m_loadStatus;
 }
 
 bool FileHistory::Save(const std::filesystem::path& file) const
 {
+    std::error_code ignored;
+    if (!m_unreadable.empty() && (file.lexically_normal() == m_unreadable.lexically_normal() ||
+                                  std::filesystem::equivalent(file, m_unreadable, ignored)))
+        return false;
     ost::SettingsFile settings;
     int index = 0;
     for (const auto& [path, record] : m_entries) {

@@ -2,6 +2,8 @@
 // The file history: per path, the view state the program remembers from one run to the next,
 // most recently used first and never more than 100 paths.
 
+#include "ostrand/settings/settings_file.h"
+
 #include <filesystem>
 #include <string>
 #include <string_view>
@@ -44,16 +46,27 @@ public:
     /// Most recent first.
     std::vector<std::string> Paths() const;
 
-    /// A missing file gives an empty history; damaged entries are skipped.
-    void Load(const std::filesystem::path& file);
-    /// Atomic; false when the file could not be written.
+    /// A missing file gives an empty history; damaged entries are skipped. So does a file that
+    /// is there but cannot be read (Unreadable), which Save then leaves alone.
+    ost::SettingsLoadStatus Load(const std::filesystem::path& file);
+    /// Atomic; false when the file could not be written, and always for the file that the last
+    /// Load found Unreadable: the history in it was never seen, and writing this one would
+    /// lose it.
     bool Save(const std::filesystem::path& file) const;
+    /// What the last Load found; FirstRun before any.
+    ost::SettingsLoadStatus LoadStatus() const { return m_loadStatus; }
+    /// The errno value that made the last Load Unreadable; 0 otherwise.
+    int LoadError() const { return m_loadError; }
 
     /// "filehistory.dat" in the settings folder.
     static std::filesystem::path DefaultFile();
 
 private:
     std::vector<std::pair<std::string, FileRecord>> m_entries;
+    ost::SettingsLoadStatus m_loadStatus = ost::SettingsLoadStatus::FirstRun;
+    int m_loadError = 0;
+    /// The file the last Load could not read; empty when it could.
+    std::filesystem::path m_unreadable;
 };
 
 } // namespace quirnel

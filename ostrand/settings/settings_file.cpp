@@ -16,13 +16,19 @@
 namespace ost {
 namespace {
 
-std::atomic<SettingsSaveStep> g_failSaveAt{SettingsSaveStep::None};
+// The test seam: which counted file call fails, how, and how many were counted.
+std::atomic<int> g_failCall{0};
+std::atomic<int> g_failError{0};
+std::atomic<bool> g_failMidway{false};
+std::atomic<int> g_calls{0};
 
-bool FailsAt(SettingsSaveStep step)
+/// Counts one file call of Load or Save; true, with errno set, when it is the one to fail.
+bool Fails()
 {
-    if (g_failSaveAt.load() != step)
+    const int call = ++g_calls;
+    if (call != g_failCall.load())
         return false;
-    errno = EACCES;
+    errno = g_failError.load();
     return true;
 }
 
@@ -355,6 +361,13 @@ void AppendValue(std::string& out, const SettingsValue& value)
 
 bool WriteAll(int fd, std::string_view data)
 {
+    if (Fails()) {
+        const int error = errno;
+        if (g_failMidway.load())
+            (void)!::write(fd, data.data(), data.size() / 2);
+        errno = error;
+        return false;
+    }
     while (!data.empty()) {
         ssize_t written = ::write(fd, data.data(), data.size());
         if (written < 0) {
@@ -367,24 +380,50 @@ bool WriteAll(int fd, std::string_view data)
     return true;
 }
 
+bool SamePath(const std::filesystem::path& a, const std::filesystem::path& b)
+{
+    std::error_code error;
+    return a.lexically_normal() == b.lexically_normal() || std::filesystem::equivalent(a, b, error);
+}
+
 } // namespace
 
-void SettingsFile::FailSaveAtForTest(SettingsSaveStep step)
+void SettingsFile::FailCallForTest(int call, int error, bool midway)
 {
-    g_failSaveAt.store(step);
+    g_failCall.store(call);
+    g_failError.store(error);
+    g_failMidway.store(midway);
+    g_calls.store(0);
+}
+
+int SettingsFile::CallsForTest()
+{
+    return g_calls.load();
 }
 
 SettingsLoadStatus SettingsFile::Load(const std::filesystem::path& path)
 {
     Clear();
-    int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    m_unreadable.clear();
+    m_loadError = 0;
+    m_loadStatus = ReadAndParse(path);
+    if (m_loadStatus == SettingsLoadStatus::Unreadable) {
+        m_loadError = errno;
+        m_unreadable = path;
+    }
+    return m_loadStatus;
+}
+
+SettingsLoadStatus SettingsFile::ReadAndParse(const std::filesystem::path& path)
+{
+    int fd = Fails() ? -1 : ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
     if (fd < 0)
         return errno == ENOENT ? SettingsLoadStatus::FirstRun : SettingsLoadStatus::Unreadable;
     std::string data;
     char buffer[65536];
     bool failed = false;
     for (;;) {
-        ssize_t got = ::read(fd, buffer, sizeof buffer);
+        ssize_t got = Fails() ? -1 : ::read(fd, buffer, sizeof buffer);
         if (got < 0) {
             if (errno == EINTR)
                 continue;
@@ -395,9 +434,12 @@ SettingsLoadStatus SettingsFile::Load(const std::filesystem::path& path)
             break;
         data.append(buffer, static_cast<size_t>(got));
     }
+    const int error = errno;
     ::close(fd);
-    if (failed)
+    if (failed) {
+        errno = error;
         return SettingsLoadStatus::Unreadable;
+    }
     return Parse(data);
 }
 
@@ -488,28 +530,45 @@ std::string SettingsFile::Serialize() const
 
 bool SettingsFile::Save(const std::filesystem::path& path) const
 {
+    // A file that is there but could not be read holds settings that were never seen: writing
+    // these over it would lose them.
+    if (!m_unreadable.empty() && SamePath(path, m_unreadable)) {
+        errno = m_loadError;
+        return false;
+    }
     const std::string data = Serialize();
     // A settings file that is a link (kept with the user's other configuration files, say)
     // stays one: the file it names is rewritten.
     std::string target;
     int error = 0;
-    if (!ResolveLinkTarget(path.string(), target, error)) {
-        errno = error;
+    if (Fails() || !ResolveLinkTarget(path.string(), target, error)) {
+        if (error)
+            errno = error;
         return false;
     }
     std::string pattern = target + ".XXXXXX";
-    int fd = FailsAt(SettingsSaveStep::CreateTemporary) ? -1 : ::mkstemp(pattern.data());
+    int fd = Fails() ? -1 : ::mkstemp(pattern.data());
     if (fd < 0)
         return false;
     // Keep the permissions a user gave the old file; a new one stays private to its owner.
     struct stat old;
-    if (::stat(target.c_str(), &old) == 0)
-        ::fchmod(fd, old.st_mode & 07777);
-    bool ok = !FailsAt(SettingsSaveStep::Write) && WriteAll(fd, data);
+    bool ok = true;
+    if (Fails() || ::stat(target.c_str(), &old) != 0)
+        ok = errno == ENOENT;
+    else
+        ok = !Fails() && ::fchmod(fd, old.st_mode & 07777) == 0;
+    ok = ok && WriteAll(fd, data);
     // Without the sync a crash soon after the rename can leave an empty file in its place.
-    ok = ok && !FailsAt(SettingsSaveStep::Sync) && ::fsync(fd) == 0;
-    ok = (::close(fd) == 0) && ok;
-    ok = ok && !FailsAt(SettingsSaveStep::Rename) && ::rename(pattern.c_str(), target.c_str()) == 0;
+    ok = ok && !Fails() && ::fsync(fd) == 0;
+    if (Fails()) {
+        const int failure = errno;
+        ::close(fd);
+        errno = failure;
+        ok = false;
+    } else if (::close(fd) != 0) {
+        ok = false;
+    }
+    ok = ok && !Fails() && ::rename(pattern.c_str(), target.c_str()) == 0;
     if (!ok) {
         const int failure = errno;
         ::unlink(pattern.c_str());
@@ -518,12 +577,22 @@ bool SettingsFile::Save(const std::filesystem::path& path) const
     }
     std::filesystem::path folder = std::filesystem::path(target).parent_path();
     int folderFd =
-        ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+        Fails() ? -1
+                : ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (folderFd >= 0) {
-        ::fsync(folderFd); // makes the rename itself durable; the save stands either way
+        // Makes the rename itself durable; the save stands either way.
+        (void)(Fails() || ::fsync(folderFd) == 0);
         ::close(folderFd);
     }
     return true;
+}
+
+std::string UnreadableSettingsMessage(const std::filesystem::path& file, int error)
+{
+    return "The settings file \"" + file.string() +
+           "\" could not be read.  Until it can, the program uses its default settings and "
+           "leaves the file as it is.\r\n\r\n" +
+           std::strerror(error);
 }
 
 SettingsFile::Section* SettingsFile::FindSection(std::string_view name)

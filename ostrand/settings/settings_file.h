@@ -3,6 +3,7 @@
 // UTF-8 text file of "[Section]" and "Key=type:value" lines. Keys the program does not know
 // survive a rewrite, and a save replaces the file atomically or not at all.
 
+#include <cerrno>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -26,24 +27,20 @@ enum class SettingsLoadStatus
     Unreadable
 };
 
-/// A step of SettingsFile::Save, for making it fail in tests (root ignores permissions).
-enum class SettingsSaveStep
-{
-    None,
-    CreateTemporary,
-    Write,
-    Sync,
-    Rename
-};
-
 class SettingsFile
 {
 public:
     /// Replaces the contents with the file's. Never throws; damaged lines are skipped.
     SettingsLoadStatus Load(const std::filesystem::path& path);
-    /// Writes a temporary file beside `path`, flushes it to disk and renames it into place.
-    /// False when any step failed; the previous file is then untouched and no temporary is left.
+    /// Writes a temporary file beside `path` (beside the file it links to, for a link), flushes
+    /// it to disk and renames it into place. False when any step failed; the previous file is
+    /// then untouched and no temporary is left. Always false for the file that the last Load
+    /// found Unreadable: its settings were never seen, and writing these would lose them.
     bool Save(const std::filesystem::path& path) const;
+    /// What the last Load found; FirstRun before any.
+    SettingsLoadStatus LoadStatus() const { return m_loadStatus; }
+    /// The errno value that made the last Load Unreadable; 0 otherwise.
+    int LoadError() const { return m_loadError; }
 
     /// Replaces the contents with those of `text` (the file format). Loaded or Damaged.
     SettingsLoadStatus Parse(std::string_view text);
@@ -69,8 +66,12 @@ public:
     std::vector<std::string> Sections() const;
     std::vector<std::string> Keys(std::string_view section) const;
 
-    /// Test seam: every following Save fails at `step` (None restores normal saving).
-    static void FailSaveAtForTest(SettingsSaveStep step);
+    /// Test seam, as root ignores permissions: the file calls of Load and Save are counted
+    /// from 1 after this call, and the one numbered `call` fails with `error`; a failing write
+    /// first puts out half of its bytes when `midway`. 0 turns failing off.
+    static void FailCallForTest(int call, int error = EIO, bool midway = false);
+    /// The file calls counted since the last FailCallForTest.
+    static int CallsForTest();
 
 private:
     struct Entry
@@ -87,9 +88,18 @@ private:
     Section* FindSection(std::string_view name);
     const Section* FindSection(std::string_view name) const;
     bool ParseLine(std::string_view line, Section*& current);
+    SettingsLoadStatus ReadAndParse(const std::filesystem::path& path);
 
     std::vector<Section> m_sections;
     int m_damagedLines = 0;
+    SettingsLoadStatus m_loadStatus = SettingsLoadStatus::FirstRun;
+    int m_loadError = 0;
+    /// The file the last Load could not read; empty when it could.
+    std::filesystem::path m_unreadable;
 };
+
+/// The message for a settings file that exists but could not be read (`error` is the errno
+/// value), for the user to see once.
+std::string UnreadableSettingsMessage(const std::filesystem::path& file, int error);
 
 } // namespace ost

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <filesystem>
 #include <string>
 
@@ -218,7 +219,7 @@ TEST(SettingsFile, SetKeepsPlaceAndTypeFollowsTheNewValue)
 class SettingsFileOnDisk : public ::testing::Test
 {
 protected:
-    void TearDown() override { SettingsFile::FailSaveAtForTest(ost::SettingsSaveStep::None); }
+    void TearDown() override { SettingsFile::FailCallForTest(0); }
 
     TempDir dir;
     std::filesystem::path path = dir / "quiredit.dat";
@@ -257,50 +258,58 @@ TEST_F(SettingsFileOnDisk, SaveCreatesTheFileAndLoadReadsItBack)
     EXPECT_EQ(loaded.GetText("Settings", "Text"), std::string("a\r\nb\0c", 6));
 }
 
-class SettingsFailedSave : public SettingsFileOnDisk,
-                           public ::testing::WithParamInterface<ost::SettingsSaveStep>
-{};
-
-TEST_P(SettingsFailedSave, LeavesTheOldFileAndNoTemporary)
+// Each file call of a save fails in turn, a write also after half of its bytes: the file is
+// then always the old one or the new one, whole, and no temporary file is left.
+TEST_F(SettingsFileOnDisk, EveryFailingCallLeavesTheOldOrTheNewFile)
 {
     const std::string old = "[Settings]\nBackupLevels=i:3\n";
+    const std::string updated = "[Settings]\nBackupLevels=i:7\nCCSeparator=s:;\n";
+    SettingsFile file;
+    ASSERT_EQ(file.Parse(updated), SettingsLoadStatus::Loaded);
     WriteFile(path, old);
-    SettingsFile file;
-    file.Set("Settings", "BackupLevels", SettingsValue(7));
-    SettingsFile::FailSaveAtForTest(GetParam());
-    EXPECT_FALSE(file.Save(path));
-    EXPECT_EQ(ReadFile(path), old);
-    EXPECT_EQ(dir.Entries(), std::vector<std::string>{"quiredit.dat"});
-    SettingsFile::FailSaveAtForTest(ost::SettingsSaveStep::None);
-    EXPECT_TRUE(file.Save(path));
-    EXPECT_EQ(ReadFile(path), "[Settings]\nBackupLevels=i:7\n");
-}
-
-std::string StepName(const ::testing::TestParamInfo<ost::SettingsSaveStep>& param)
-{
-    const char* names[] = {"None", "CreateTemporary", "Write", "Sync", "Rename"};
-    return names[static_cast<int>(param.param)];
-}
-
-INSTANTIATE_TEST_SUITE_P(Steps, SettingsFailedSave,
-                         ::testing::Values(ost::SettingsSaveStep::CreateTemporary,
-                                           ost::SettingsSaveStep::Write,
-                                           ost::SettingsSaveStep::Sync,
-                                           ost::SettingsSaveStep::Rename),
-                         StepName);
-
-TEST_F(SettingsFileOnDisk, SaveThroughALinkKeepsTheLink)
-{
-    std::filesystem::create_directory(dir / "dotfiles");
-    WriteFile(dir / "dotfiles" / "quiredit.dat", "[Settings]\nBackupLevels=i:3\n");
-    std::filesystem::create_symlink("dotfiles/quiredit.dat", path);
-    SettingsFile file;
-    ASSERT_EQ(file.Load(path), SettingsLoadStatus::Loaded);
-    file.Set("Settings", "BackupLevels", SettingsValue(4));
+    SettingsFile::FailCallForTest(0);
     ASSERT_TRUE(file.Save(path));
-    EXPECT_TRUE(std::filesystem::is_symlink(path));
-    EXPECT_EQ(ReadFile(dir / "dotfiles" / "quiredit.dat"), "[Settings]\nBackupLevels=i:4\n");
-    EXPECT_EQ(dir.Entries(), (std::vector<std::string>{"dotfiles", "quiredit.dat"}));
+    const int calls = SettingsFile::CallsForTest();
+    int faults = 0;
+    for (int call = 1; call <= calls; ++call) {
+        for (bool midway : {false, true}) {
+            WriteFile(path, old);
+            SettingsFile::FailCallForTest(call, EIO, midway);
+            const bool saved = file.Save(path);
+            ++faults;
+            EXPECT_EQ(ReadFile(path), saved ? updated : old) << "call " << call;
+            EXPECT_EQ(dir.Entries(), std::vector<std::string>{"quiredit.dat"}) << "call " << call;
+        }
+    }
+    EXPECT_GE(calls, 7);
+    RecordProperty("InjectedFaults", faults);
+    std::printf("settings file: %d faults injected over %d calls\n", faults, calls);
+}
+
+TEST_F(SettingsFileOnDisk, UnreadableFileIsLeftAlone)
+{
+    const std::string kept = "[Settings]\nBackupLevels=i:3\n";
+    WriteFile(path, kept);
+    SettingsFile file;
+    SettingsFile::FailCallForTest(2, EIO); // the first read
+    EXPECT_EQ(file.Load(path), SettingsLoadStatus::Unreadable);
+    SettingsFile::FailCallForTest(0);
+    EXPECT_EQ(file.LoadStatus(), SettingsLoadStatus::Unreadable);
+    EXPECT_EQ(file.LoadError(), EIO);
+    EXPECT_TRUE(file.Sections().empty());
+    file.Set("Settings", "BackupLevels", SettingsValue(9));
+    EXPECT_FALSE(file.Save(path));
+    EXPECT_FALSE(file.Save(dir / "." / "quiredit.dat"));
+    EXPECT_EQ(ReadFile(path), kept);
+    // Any other file is written; and once the file reads again, so is it.
+    EXPECT_TRUE(file.Save(dir / "other.dat"));
+    EXPECT_EQ(file.Load(path), SettingsLoadStatus::Loaded);
+    EXPECT_EQ(file.LoadError(), 0);
+    EXPECT_TRUE(file.Save(path));
+    EXPECT_EQ(ost::UnreadableSettingsMessage("/home/u/.config/Quirnel/quiredit.dat", EACCES),
+              "The settings file \"/home/u/.config/Quirnel/quiredit.dat\" could not be read.  "
+              "Until it can, the program uses its default settings and leaves the file as it "
+              "is.\r\n\r\nPermission denied");
 }
 
 TEST_F(SettingsFileOnDisk, SaveIntoMissingFolderFails)
