@@ -32,6 +32,12 @@ bool IsUnicodeCodePage(std::uint32_t codePage)
            codePage == kUtf32LittleEndian || codePage == kUtf32BigEndian;
 }
 
+/// A text length for the column widths, which only compare it with a few dozen characters.
+int Length(std::size_t size)
+{
+    return static_cast<int>(std::min<std::size_t>(size, INT_MAX));
+}
+
 std::string Plural(std::size_t count)
 {
     return count == 1 ? "" : "s";
@@ -163,7 +169,8 @@ std::string DetectNewline(std::string_view data)
     return "\r\n";
 }
 
-bool LoadCsvFile(TableDocument& document, FileFormat& format, const std::string& title)
+bool LoadCsvFile(TableDocument& document, FileFormat& format, const std::string& title,
+                 const LoadLimits& limits)
 {
     if (!document.QueryRelease())
         return false;
@@ -226,6 +233,11 @@ bool LoadCsvFile(TableDocument& document, FileFormat& format, const std::string&
         if (field.find("\r\n") != std::string::npos)
             return Fail(document, format, title,
                         "The file does not appear to be in valid CSV format.");
+    if (firstFields.size() > static_cast<std::size_t>(limits.maxColumns))
+        return Fail(document, format, title,
+                    "Failed to load the CSV file.\r\n\r\nThe first line has more than " +
+                        std::to_string(limits.maxColumns) +
+                        " fields, the most that a table can hold as columns.");
 
     ost::UserInterface& ui = document.Ui();
     TableControl& table = document.Table();
@@ -257,13 +269,13 @@ bool LoadCsvFile(TableDocument& document, FileFormat& format, const std::string&
         }
     }
 
-    const int columns = static_cast<int>(firstFields.size());
+    const std::size_t columns = firstFields.size();
     const std::size_t size = reader.Size();
     char* const base = buffer->data() + offset;
     const TextBufferHandle handle = unicode ? -1 : table.AdoptTextBuffer(buffer);
     if (unicode)
         table.ReserveTextWide(size);
-    std::vector<int> longest(static_cast<std::size_t>(columns) + 1, 0);
+    std::vector<int> longest(columns + 1, 0);
     std::vector<std::string_view> raw;
     std::vector<std::string_view> cells;
     std::vector<std::string> comments;
@@ -273,6 +285,16 @@ bool LoadCsvFile(TableDocument& document, FileFormat& format, const std::string&
     int recordNumber = 0;
     while (reader.ReadRecordRaw(record, raw, flags, separators,
                                 format.ignoreComments ? &comments : nullptr)) {
+        // Row indices are ints: a record past the last row a table can hold is refused
+        // rather than dropped.
+        if (recordNumber == limits.maxRecords) {
+            ui.EndProgress();
+            document.Release();
+            return Fail(document, format, title,
+                        "Failed to load the CSV file.\r\n\r\nThe file has more than " +
+                            std::to_string(limits.maxRecords) +
+                            " rows, the most that a table can hold.");
+        }
         if (!comments.empty()) {
             document.AddWarning("Comments were detected.  They will be lost if you save the file.",
                                 -1);
@@ -291,30 +313,30 @@ bool LoadCsvFile(TableDocument& document, FileFormat& format, const std::string&
             else
                 estimate = std::max(estimate + estimate / 16 + 16,
                                     static_cast<std::size_t>(recordNumber) / 8);
-            // At least two rows; never past the largest row count an int can hold.
-            const auto room = static_cast<std::size_t>(INT_MAX - recordNumber);
+            // At least two rows; never past the most a table can hold.
+            const auto room = static_cast<std::size_t>(limits.maxRecords - recordNumber);
             estimate = std::clamp<std::size_t>(estimate, std::min<std::size_t>(2, room), room);
             table.SetRowCount(recordNumber + static_cast<int>(estimate));
         }
-        const int fields = static_cast<int>(raw.size());
+        const std::size_t fields = raw.size();
         if (fields < columns && document.WarnTooFew())
             document.AddWarning("Row " + std::to_string(recordNumber + 1) + " only contains " +
                                     std::to_string(fields) + " column" + Plural(raw.size()) + ".",
                                 recordNumber);
         if (fields > columns) {
             std::string extra;
-            for (int i = columns; i < fields; ++i) {
+            for (std::size_t i = columns; i < fields; ++i) {
                 if (i > columns)
                     extra += ", ";
                 extra += decoder.ForMessage(CsvRecordReader::UnquoteField(raw[i], flags));
             }
-            const int extraCount = fields - columns;
+            const std::size_t extraCount = fields - columns;
             document.AddWarning("Row " + std::to_string(recordNumber + 1) + " has " +
                                     std::to_string(extraCount) + " extra column" +
                                     Plural(extraCount) + ": ",
                                 recordNumber, std::move(extra));
         }
-        const int stored = std::min(fields, columns);
+        const int stored = static_cast<int>(std::min(fields, columns));
         cells.resize(static_cast<std::size_t>(stored));
         for (int i = 0; i < stored; ++i) {
             // The field is cleaned where it lies: cleaning only ever shortens the text, and the
@@ -330,15 +352,15 @@ bool LoadCsvFile(TableDocument& document, FileFormat& format, const std::string&
                     // Widened straight into the table's own memory.
                     if (char16_t* units = table.NewCellText16(recordNumber, i + 1, cell.size()))
                         WidenBytes(cell.data(), cell.size(), units);
-                    length = static_cast<int>(cell.size());
+                    length = Length(cell.size());
                 } else {
                     const std::u16string_view wide = decoder.Wide(cell);
                     table.SetCellText16(recordNumber, i + 1, wide);
-                    length = static_cast<int>(wide.size());
+                    length = Length(wide.size());
                 }
             } else {
                 cells[static_cast<std::size_t>(i)] = cell;
-                length = static_cast<int>(cell.size());
+                length = Length(cell.size());
             }
             if (length > longest[i + 1])
                 longest[i + 1] = length;

@@ -5,6 +5,7 @@
 
 #include "document/file_format.h"
 
+#include <climits>
 #include <string>
 #include <string_view>
 
@@ -12,11 +13,21 @@ namespace quirnel {
 
 class TableDocument;
 
+/// The most that one load takes in.
+struct LoadLimits
+{
+    /// Records, one row each: row indices are ints.
+    int maxRecords = INT_MAX;
+    /// Fields of the first record, one column each, beside the index column.
+    int maxColumns = INT_MAX - 1;
+};
+
 /// Loads `format.path` into the document; `format` comes back as detected (code page,
 /// separator, newline, ignoreComments). `title` heads the failure messages. False when the
 /// document refused to let go of its file, the load failed, or the user cancelled it (the
-/// document is then cleared).
-bool LoadCsvFile(TableDocument& document, FileFormat& format, const std::string& title);
+/// document is then cleared). A file with more than `limits` allow is refused, never cut.
+bool LoadCsvFile(TableDocument& document, FileFormat& format, const std::string& title,
+                 const LoadLimits& limits = {});
 
 /// "A" .. "Z", "AA", "AB", ... for column `n` counted from 0.
 std::string GeneratedColumnName(int n);

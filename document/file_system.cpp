@@ -2,14 +2,18 @@
 
 #include "ostrand/core/link_target.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
+#include <fstream>
+#include <limits>
 #include <memory>
 #include <random>
 #include <sys/mman.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -27,6 +31,29 @@ void AdviseHugePages(char* data, std::size_t size)
     const auto end = (reinterpret_cast<std::uintptr_t>(data) + size) & ~(kHugePage - 1);
     if (end > begin)
         ::madvise(reinterpret_cast<void*>(begin), end - begin, MADV_HUGEPAGE);
+}
+
+/// The number of a "Name:   1234 kB" line of a /proc file, in kilobytes; -1 when there is none.
+std::int64_t ProcKilobytes(const char* file, std::string_view name)
+{
+    std::ifstream in(file);
+    for (std::string line; std::getline(in, line);) {
+        if (line.size() > name.size() && line.compare(0, name.size(), name) == 0 &&
+            line[name.size()] == ':')
+            return std::strtoll(line.c_str() + name.size() + 1, nullptr, 10);
+    }
+    return -1;
+}
+
+/// What is left of a resource limit once `used` bytes are taken; unlimited when there is none.
+std::uint64_t LeftWithin(int resource, std::int64_t usedKilobytes)
+{
+    struct rlimit limit
+    {};
+    if (::getrlimit(resource, &limit) != 0 || limit.rlim_cur == RLIM_INFINITY)
+        return std::numeric_limits<std::uint64_t>::max();
+    const std::uint64_t used = usedKilobytes > 0 ? std::uint64_t(usedKilobytes) * 1024 : 0;
+    return limit.rlim_cur > used ? limit.rlim_cur - used : 0;
 }
 
 std::string JoinPath(const std::string& folder, const std::string& name)
@@ -50,16 +77,34 @@ bool PosixFileSystem::ReadWholeFile(const std::string& path, std::string& data, 
         ::close(fd);
         return false;
     }
+    // A file that cannot be held is refused before any of it is read: running out of memory
+    // halfway would end the program, not the load.
+    auto fits = [&](std::uint64_t bytes) {
+        return bytes < data.max_size() && bytes <= AvailableMemory();
+    };
     // One spare byte tells whether the file grew while it was read.
     const std::uint64_t expected = static_cast<std::uint64_t>(st.st_size) + 1;
+    if (!fits(expected)) {
+        error = ENOMEM;
+        ::close(fd);
+        return false;
+    }
     data.clear();
     data.reserve(static_cast<std::size_t>(expected));
     AdviseHugePages(data.data(), static_cast<std::size_t>(expected));
     data.resize(static_cast<std::size_t>(expected));
     std::size_t size = 0;
     for (;;) {
-        if (size == data.size())
+        if (size == data.size()) {
+            // The file grew while it was read, or it is a device that has no size.
+            if (!fits(std::uint64_t(data.size()) * 2)) {
+                error = ENOMEM;
+                ::close(fd);
+                data.clear();
+                return false;
+            }
             data.resize(data.size() * 2);
+        }
         const ssize_t got = ::read(fd, data.data() + size, data.size() - size);
         if (got < 0) {
             if (errno == EINTR)
@@ -270,6 +315,20 @@ bool PosixFileSystem::GivePermissions(Handle handle, const std::string& model, i
 bool PosixFileSystem::ResolveLink(const std::string& path, std::string& target, int& error)
 {
     return ost::ResolveLinkTarget(path, target, error);
+}
+
+std::uint64_t PosixFileSystem::AvailableMemory()
+{
+    std::uint64_t available = std::numeric_limits<std::uint64_t>::max();
+    const std::int64_t memory = ProcKilobytes("/proc/meminfo", "MemAvailable");
+    const std::int64_t swap = ProcKilobytes("/proc/meminfo", "SwapFree");
+    if (memory >= 0)
+        available = (std::uint64_t(memory) + std::uint64_t(std::max<std::int64_t>(swap, 0))) * 1024;
+    available =
+        std::min(available, LeftWithin(RLIMIT_AS, ProcKilobytes("/proc/self/status", "VmSize")));
+    available =
+        std::min(available, LeftWithin(RLIMIT_DATA, ProcKilobytes("/proc/self/status", "VmData")));
+    return available;
 }
 
 bool FileSystem::ResolveLink(const std::string& path, std::string& target, int& error)

@@ -31,7 +31,8 @@ public:
 
     virtual ~FileSystem() = default;
 
-    /// Replaces `data` with the file's bytes.
+    /// Replaces `data` with the file's bytes. Fails with ENOMEM, before reading, when the file
+    /// is larger than the memory that can be had.
     virtual bool ReadWholeFile(const std::string& path, std::string& data, int& error) = 0;
     /// Information about a path, following links; a missing path is not an error (exists =
     /// false).
@@ -84,6 +85,9 @@ public:
 protected:
     /// Every byte that Write and Copy put out passes here.
     virtual bool WriteBytes(Handle handle, const char* data, std::size_t size, int& error);
+    /// Bytes of memory that one more allocation may take: what the machine has available,
+    /// swap included, within the process's own limits.
+    virtual std::uint64_t AvailableMemory();
 };
 
 /// The machine's own files.

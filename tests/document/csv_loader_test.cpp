@@ -12,6 +12,7 @@ namespace {
 using test::CaseName;
 using test::DocumentTest;
 using test::Table;
+using test::WriteFile;
 
 class LoadCsvFileTest : public DocumentTest
 {};
@@ -261,6 +262,48 @@ TEST_F(LoadCsvFileTest, UnreadableFileReportsSystemError)
     m_ui.Expect("Open", "Failed to load the CSV file.\r\n\r\nNo such file or directory");
     m_format.path = Path("missing.csv");
     EXPECT_FALSE(LoadCsvFile(m_document, m_format, "Open"));
+}
+
+TEST_F(LoadCsvFileTest, FileLargerThanMemoryFailsTheLoad)
+{
+    // Refused before reading: running out of memory while reading would end the program.
+    m_files.memory = 10;
+    m_ui.Expect("Open", "Failed to load the CSV file.\r\n\r\nCannot allocate memory");
+    EXPECT_FALSE(Load("a,b\r\n1,2\r\n3,4\r\n"));
+    EXPECT_FALSE(m_document.FileOpen());
+    m_files.memory = 64;
+    EXPECT_TRUE(Load("a,b\r\n1,2\r\n3,4\r\n"));
+    // A device has no size to check first; it is stopped when it outgrows the memory.
+    m_files.memory = 1 << 20;
+    m_ui.Expect("Open", "Failed to load the CSV file.\r\n\r\nCannot allocate memory");
+    m_format.path = "/dev/zero";
+    EXPECT_FALSE(LoadCsvFile(m_document, m_format, "Open"));
+}
+
+TEST_F(LoadCsvFileTest, RecordsOrFieldsPastTheLimitRefuseTheLoad)
+{
+    // The limits are an int's; lowered here, they are reached with small files.
+    LoadLimits limits;
+    limits.maxRecords = 3;
+    limits.maxColumns = 2;
+    auto load = [&](std::string_view bytes) {
+        WriteFile(Path(), bytes);
+        m_format = FileFormat();
+        m_format.path = Path();
+        return LoadCsvFile(m_document, m_format, "Open", limits);
+    };
+    ASSERT_TRUE(load("a,b\n1\n2\n3\n"));
+    EXPECT_EQ(3, m_document.RowCount());
+    m_ui.Expect("Open", "Failed to load the CSV file.\r\n\r\nThe file has more than 3 rows, the "
+                        "most that a table can hold.");
+    EXPECT_FALSE(load("a,b\n1\n2\n3\n4\n"));
+    EXPECT_FALSE(m_document.FileOpen());
+    EXPECT_EQ(0, m_document.RowCount());
+    EXPECT_FALSE(m_ui.ProgressOpen());
+    m_ui.Expect("Open", "Failed to load the CSV file.\r\n\r\nThe first line has more than 2 "
+                        "fields, the most that a table can hold as columns.");
+    EXPECT_FALSE(load("a,b,c\n1\n"));
+    EXPECT_FALSE(m_document.FileOpen());
 }
 
 TEST_F(LoadCsvFileTest, NulBytesInDataEndRecords)

@@ -52,6 +52,8 @@ public:
     bool skipFlush = false;
     /// When set, every file read gives these bytes instead of the disk's.
     std::optional<std::string> readContent;
+    /// Memory that a whole-file read may take, when set; the machine's otherwise.
+    std::optional<std::uint64_t> memory;
     /// Every operation asked for, in order, the refused ones included.
     std::vector<FileCall> calls;
 
@@ -164,6 +166,10 @@ public:
     }
 
 protected:
+    std::uint64_t AvailableMemory() override
+    {
+        return memory ? *memory : PosixFileSystem::AvailableMemory();
+    }
     bool WriteBytes(Handle handle, const char* data, std::size_t size, int& error) override
     {
         if (m_failWriteMidway == 0)
