@@ -86,7 +86,8 @@ int PositionOf(const TableControl& table, int row)
 /// The row at the position after clamping it to the shown rows; -1 for an empty table.
 int RowAtClampedPosition(const TableControl& table, int position)
 {
-    const int last = std::max(table.VisibleRowCount(), std::min(table.RowCount(), 1)) - 1;
+    const int shown = table.VisibleRowCount();
+    const int last = (shown > 0 ? shown : table.RowCount()) - 1;
     if (last < 0)
         return -1;
     return table.RowAtDisplayPosition(std::clamp(position, 0, last));
@@ -355,9 +356,11 @@ void DeduplicateRowsCommand(ToolContext& context)
                 " rows that are duplicates of other rows.  Do you wish to discard them?",
             icon) != ost::kButtonYes)
         return;
-    int p = PositionOf(table, table.FocusRow());
+    // Each deleted row that lay before the current row lowers its position by one.
+    const int before = PositionOf(table, table.FocusRow());
+    int p = before;
     for (int row : duplicates)
-        if (PositionOf(table, row) < p)
+        if (PositionOf(table, row) < before)
             --p;
     ChangeFrame frame(context);
     table.DeleteRows(duplicates);

@@ -296,6 +296,19 @@ TEST_F(RowCommands, DeduplicateKeepsTheFirstOfEachGroup)
     DeduplicateRowsCommand(context);
 }
 
+TEST_F(RowCommands, DeduplicateKeepsTheCurrentRowCurrent)
+{
+    // Deleted rows right above the current one all count, not only those below a lowered
+    // position.
+    Open({"a"}, {{"a"}, {"a"}, {"a"}, {"b"}, {"c"}});
+    Focus(3);
+    ui.Expect("Deduplicate Rows",
+              "There are 2 rows that are duplicates of other rows.  Do you wish to discard them?",
+              ost::kButtonYes);
+    DeduplicateRowsCommand(context);
+    EXPECT_EQ(FocusText(), "b");
+}
+
 TEST_F(RowCommands, DeduplicateComparesUnicodeCellsByUnit)
 {
     document.SetTextMode(true);
