@@ -4,17 +4,24 @@
 #include "document/csv_saver.h"
 #include "document/file_system.h"
 #include "document/table_document.h"
+#include "editing/row_commands.h"
+#include "editing/tool_context.h"
+#include "ostrand/core/clipboard.h"
 #include "ostrand/core/user_interface.h"
 
 #include <chrono>
 #include <clocale>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <sys/resource.h>
 #include <unistd.h>
+#include <vector>
 
 namespace {
 
@@ -31,6 +38,54 @@ public:
     void BeginProgress(const std::string&) override {}
     bool UpdateProgress(double) override { return true; }
     void EndProgress() override {}
+};
+
+/// For the row commands: every question is answered Yes, so each command runs to its end.
+class AgreeingUi : public ost::UserInterface
+{
+public:
+    int MessageBox(const ost::MessageBoxRequest&) override { return ost::kButtonYes; }
+    void Beep() override {}
+    void BeginProgress(const std::string&) override {}
+    bool UpdateProgress(double) override { return true; }
+    void EndProgress() override {}
+};
+
+class NoDialogs : public quirnel::EditingDialogs
+{
+public:
+    bool JumpToRow(quirnel::JumpToRowRequest&) override { return false; }
+};
+
+class NoClipboard : public ost::Clipboard
+{
+public:
+    bool Write(const std::vector<ost::ClipboardItem>&) override { return false; }
+    std::optional<std::string> Read(std::string_view) override { return std::nullopt; }
+};
+
+/// A window with no editor open and no files to offer.
+class IdleHost : public quirnel::EditingHost
+{
+public:
+    void CommitCellEdit() override {}
+    void SetBusy(bool) override {}
+    void ShowFocusCell() override {}
+    bool MultilineEditing() const override { return false; }
+    void ReopenEditor() override {}
+    void MarkModified() override {}
+    bool RunNewFile() override { return false; }
+    bool RunOpenFile() override { return false; }
+};
+
+/// The same sequence every run, so that shuffles compare between runs.
+class FixedRandom : public quirnel::RandomSource
+{
+public:
+    std::uint64_t Next() override { return ++m_next * 0x9E3779B97F4A7C15ull; }
+
+private:
+    std::uint64_t m_next = 0;
 };
 
 /// The machine's files, timing Close: that is where a save waits for the disk (fsync), which
@@ -132,6 +187,41 @@ int IntegerColumn(const quirnel::TableDocument& document)
     return 1;
 }
 
+/// Loads the file into a document of its own, lets `prepare` select rows, and times `command`
+/// alone: each row figure starts from the file as loaded, whatever the others did.
+template <class Prepare, class Command>
+bool TimeRowCommand(const char* name, const std::string& path, Prepare prepare, Command command)
+{
+    SilentUi loadUi;
+    quirnel::TableDocument document(loadUi);
+    quirnel::FileFormat format;
+    format.path = path;
+    if (!quirnel::LoadCsvFile(document, format, "quirnel-bench"))
+        return false;
+    AgreeingUi ui;
+    NoDialogs dialogs;
+    NoClipboard clipboard;
+    IdleHost host;
+    quirnel::EditingPreferences prefs;
+    prefs.noConfirmDeleteRow = true;
+    FixedRandom random;
+    quirnel::EditingState state;
+    quirnel::ToolContext context{document, ui, dialogs, clipboard, host, prefs, random, state};
+    prepare(document.Table());
+    const auto start = std::chrono::steady_clock::now();
+    command(context);
+    std::printf("%s %.3f s\n", name, SecondsSince(start));
+    return true;
+}
+
+/// Selects every `step`-th row, starting at row 0, with the focus in the first of them.
+void SelectEvery(quirnel::TableControl& table, int step)
+{
+    for (int row = 0; row < table.RowCount(); row += step)
+        table.SetRowSelected(row, true);
+    table.SetFocusCell(0, 1);
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -192,5 +282,18 @@ int main(int argc, char** argv)
     start = std::chrono::steady_clock::now();
     table.SetSort(text, true);
     std::printf("sort_text_s %.3f s\n", SecondsSince(start));
+    // Only one loaded copy of the file at a time.
+    document.Release();
+
+    const std::string path = argv[1];
+    auto every = [](int step) {
+        return [step](quirnel::TableControl& t) { SelectEvery(t, step); };
+    };
+    auto focusOnly = [](quirnel::TableControl& t) { t.SetFocusCell(0, 1); };
+    if (!TimeRowCommand("delete_rows_s", path, every(2), quirnel::DeleteRowsCommand) ||
+        !TimeRowCommand("duplicate_rows_s", path, every(10), quirnel::DuplicateRowsCommand) ||
+        !TimeRowCommand("dedup_s", path, focusOnly, quirnel::DeduplicateRowsCommand) ||
+        !TimeRowCommand("shuffle_s", path, focusOnly, quirnel::ShuffleRowsCommand))
+        return 2;
     return 0;
 }
