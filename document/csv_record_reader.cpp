@@ -503,13 +503,11 @@ BasicCsvRecordReader<Char>::UnquoteInPlace(Char* text, std::size_t length, unsig
         ++first;
     while (last != first && IsTrimmed(last[-1]))
         --last;
-    if (first != last && *first == Char('"') && last[-1] == Char('"')) {
-        // A lone quote mark is both the first and the last character: it goes as a whole.
+    // A lone quote mark is one character, not a first and a last one: it stays, or an
+    // unterminated quote at the end of a file would vanish from the cell.
+    if (last - first >= 2 && *first == Char('"') && last[-1] == Char('"')) {
         ++first;
-        if (first <= last - 1)
-            --last;
-        else
-            last = first;
+        --last;
     }
     const bool escapes = flags & CSV_BACKSLASH_ESCAPE;
     // Most fields need no rewriting: find the first character that does.

@@ -347,6 +347,14 @@ TEST_F(SaveCsvFileTest, SingleEmptyCellWritesQuotePair)
     EXPECT_EQ(1, m_document.RowCount());
 }
 
+TEST_F(SaveCsvFileTest, LoneQuoteAtTheEndSurvivesOpenAndSave)
+{
+    ASSERT_TRUE(Load("h,i\r\na,\""));
+    EXPECT_EQ((Table{{"h", "i"}, {"a", "\""}}), Contents());
+    ASSERT_TRUE(SaveCsvFile(m_document, Path()));
+    EXPECT_EQ("h,i\r\na,\"\"\"\"\r\n", ReadFile(Path()));
+}
+
 TEST_F(SaveCsvFileTest, CommentsAreNotWrittenBack)
 {
     FileFormat format;
