@@ -213,19 +213,26 @@ bool LoadCsvFile(TableDocument& document, FileFormat& format, const std::string&
     CsvRecordReader reader(whole.substr(offset));
     const std::size_t firstRecordStart = reader.Position();
     std::vector<std::string> firstFields;
+    // Comment lines before the first line are lost on saving like any others, so they are
+    // collected too and reported with the first data record.
+    std::vector<std::string> comments;
+    std::vector<std::string>* const commentSink = format.ignoreComments ? &comments : nullptr;
     bool haveFirst = false;
     if (format.separator != kSeparatorAuto) {
-        haveFirst =
-            reader.ReadFields(firstFields, flags, std::string_view(&format.separator, 1), nullptr);
+        haveFirst = reader.ReadFields(firstFields, flags, std::string_view(&format.separator, 1),
+                                      commentSink);
     } else {
         char detected = ',';
-        haveFirst = reader.ReadFirstRecordDetecting(firstFields, flags, detected, nullptr);
+        haveFirst = reader.ReadFirstRecordDetecting(firstFields, flags, detected, commentSink);
         format.separator = detected;
     }
     format.newline = DetectNewline(whole);
 
-    if (format.noColumnNames)
+    if (format.noColumnNames) {
+        // The first record is read again as data, with the comments before it.
         reader.Seek(firstRecordStart);
+        comments.clear();
+    }
     if (!haveFirst || firstFields.empty())
         return Fail(document, format, title,
                     "No column names were detected on the first line of the file.");
@@ -278,13 +285,11 @@ bool LoadCsvFile(TableDocument& document, FileFormat& format, const std::string&
     std::vector<int> longest(columns + 1, 0);
     std::vector<std::string_view> raw;
     std::vector<std::string_view> cells;
-    std::vector<std::string> comments;
     const char separator = format.separator;
     const std::string_view separators(&separator, 1);
     std::string_view record;
     int recordNumber = 0;
-    while (reader.ReadRecordRaw(record, raw, flags, separators,
-                                format.ignoreComments ? &comments : nullptr)) {
+    while (reader.ReadRecordRaw(record, raw, flags, separators, commentSink)) {
         // Row indices are ints: a record past the last row a table can hold is refused
         // rather than dropped.
         if (recordNumber == limits.maxRecords) {

@@ -133,6 +133,32 @@ TEST_F(LoadCsvFileTest, CommentQuestionAskedEvenWhenQuiet)
     EXPECT_EQ(-1, m_document.Warnings()[0].row);
 }
 
+TEST_F(LoadCsvFileTest, CommentsBeforeTheFirstLineAreWarnedOnce)
+{
+    // Ignored without the question (a remembered format or Open Nonstandard File), comments
+    // above the column names are lost on saving like those between rows.
+    const std::string warning = "Comments were detected.  They will be lost if you save the file.";
+    for (const bool noColumnNames : {false, true}) {
+        FileFormat format;
+        format.ignoreComments = true;
+        format.noColumnNames = noColumnNames;
+        ASSERT_TRUE(Load("#one\r\n#two\r\na,b\r\n1,2\r\n", format));
+        ASSERT_EQ(1u, m_document.Warnings().size()) << noColumnNames;
+        EXPECT_EQ(warning, m_document.Warnings()[0].message);
+        EXPECT_EQ(-1, m_document.Warnings()[0].row);
+        // One warning per run of comments before a data record; without column names the
+        // first line is one.
+        format.separator = ',';
+        ASSERT_TRUE(Load("#one\r\na,b\r\n#two\r\n1,2\r\n", format));
+        EXPECT_EQ(noColumnNames ? 2u : 1u, m_document.Warnings().size());
+    }
+    // Without a data record there is nothing to report it with.
+    FileFormat format;
+    format.ignoreComments = true;
+    ASSERT_TRUE(Load("#one\na\n", format));
+    EXPECT_TRUE(m_document.Warnings().empty());
+}
+
 TEST_F(LoadCsvFileTest, IrregularRowsBecomeWarnings)
 {
     ASSERT_TRUE(Load("a,b,c\n1\n1,2\n1,2,3,4,\" 5 \"\n1,2,3,4\n"));
