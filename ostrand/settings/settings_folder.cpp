@@ -23,6 +23,14 @@ std::filesystem::path HomeFolder()
 
 std::filesystem::path SettingsFolder()
 {
+    std::filesystem::path folder = SettingsFolderLocation();
+    std::error_code error;
+    std::filesystem::create_directories(folder, error);
+    return folder;
+}
+
+std::filesystem::path SettingsFolderLocation()
+{
     std::filesystem::path base;
     const char* configHome = std::getenv("XDG_CONFIG_HOME");
     // A relative XDG_CONFIG_HOME is invalid by the XDG rules and would follow the current folder.
@@ -30,10 +38,7 @@ std::filesystem::path SettingsFolder()
         base = configHome;
     else
         base = HomeFolder() / ".config";
-    std::filesystem::path folder = base / "Quirnel";
-    std::error_code error;
-    std::filesystem::create_directories(folder, error);
-    return folder;
+    return base / "Quirnel";
 }
 
 std::filesystem::path SettingsFilePath()

@@ -1,9 +1,12 @@
+#include "ostrand/settings/settings_file.h"
 #include "tests/support/temp_dir.h"
 #include "tools/quirnel-csv/csv_tool.h"
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <filesystem>
+#include <optional>
 #include <sstream>
 
 namespace quirnel {
@@ -76,6 +79,83 @@ TEST(QuirnelCsv, NormalizeRewritesInWriterQuoting)
                             out, err));
     EXPECT_EQ("a,b\n1,x\n", ReadFile(dir / "out.csv"));
     EXPECT_FALSE(std::filesystem::exists(dir / "out.csv.bk1"));
+}
+
+/// A run of the tool with the user's settings folder in a fresh place.
+class QuirnelCsvNormalize : public testing::Test
+{
+protected:
+    QuirnelCsvNormalize()
+    {
+        if (const char* old = std::getenv("XDG_CONFIG_HOME"))
+            m_oldConfigHome = old;
+        ::setenv("XDG_CONFIG_HOME", (m_dir / "config").c_str(), 1);
+        std::filesystem::create_directories(m_dir / "config" / "Quirnel");
+        WriteFile(Path(), kOriginal);
+    }
+    ~QuirnelCsvNormalize() override
+    {
+        if (m_oldConfigHome)
+            ::setenv("XDG_CONFIG_HOME", m_oldConfigHome->c_str(), 1);
+        else
+            ::unsetenv("XDG_CONFIG_HOME");
+    }
+    std::string Path(const std::string& name = "data.csv") const { return (m_dir / name).string(); }
+    std::string Backup(int number) const { return Path("data.csv.bk" + std::to_string(number)); }
+    int Normalize(std::vector<std::string> options = {})
+    {
+        std::vector<std::string> args{"normalize", Path(), Path()};
+        args.insert(args.end(), options.begin(), options.end());
+        std::string out;
+        std::string err;
+        return RunCsvTool(args, out, err);
+    }
+    void WritePreferences(std::string_view text)
+    {
+        WriteFile(m_dir / "config" / "Quirnel" / "quiredit.dat", text);
+    }
+    /// Backups 1 .. count, each holding its own number.
+    void MakeBackups(int count)
+    {
+        for (int i = 1; i <= count; ++i)
+            WriteFile(Backup(i), std::to_string(i));
+    }
+
+    static constexpr const char* kOriginal = "\"a\",b\n1, 2\n";
+    test::TempDir m_dir;
+    std::optional<std::string> m_oldConfigHome;
+};
+
+TEST_F(QuirnelCsvNormalize, InPlaceKeepsAsManyBackupsAsThePreferencesSay)
+{
+    WritePreferences("[Settings]\nBackupLevels=i:2\n");
+    MakeBackups(2);
+    EXPECT_EQ(0, Normalize());
+    EXPECT_EQ("a,b\n1,2\n", ReadFile(Path()));
+    EXPECT_EQ(kOriginal, ReadFile(Backup(1)));
+    EXPECT_EQ("1", ReadFile(Backup(2)));
+    EXPECT_FALSE(std::filesystem::exists(Backup(3)));
+    // A choice on the command line wins.
+    EXPECT_EQ(0, Normalize({"--backups", "0"}));
+    EXPECT_EQ(kOriginal, ReadFile(Backup(1)));
+    EXPECT_EQ(2, Normalize({"--backups", "1000"}));
+}
+
+TEST_F(QuirnelCsvNormalize, InPlaceKeepsNineBackupsWithoutReadablePreferences)
+{
+    for (const bool unreadable : {false, true}) {
+        if (unreadable) {
+            WritePreferences("[Settings]\nBackupLevels=i:1\n");
+            ost::SettingsFile::FailCallForTest(1, EACCES); // its open
+        }
+        MakeBackups(9);
+        WriteFile(Path(), kOriginal);
+        EXPECT_EQ(0, Normalize());
+        ost::SettingsFile::FailCallForTest(0);
+        EXPECT_EQ(kOriginal, ReadFile(Backup(1)));
+        EXPECT_EQ("8", ReadFile(Backup(9)));
+        EXPECT_FALSE(std::filesystem::exists(Backup(10)));
+    }
 }
 
 TEST(QuirnelCsv, LoadFailureGoesToStandardError)

@@ -1,13 +1,21 @@
 #include "tools/quirnel-csv/csv_tool.h"
 
+#include "document/backup_file.h"
 #include "document/csv_loader.h"
 #include "document/csv_saver.h"
 #include "document/table_document.h"
 #include "ostrand/core/string.h"
 #include "ostrand/core/user_interface.h"
+#include "ostrand/settings/settings_file.h"
+#include "ostrand/settings/settings_folder.h"
 
+#include <algorithm>
+#include <charconv>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
+#include <optional>
+#include <variant>
 
 namespace quirnel {
 
@@ -16,9 +24,14 @@ namespace {
 const char kUsage[] =
     "usage: quirnel-csv dump-json FILE [options]\n"
     "       quirnel-csv check FILE [options]\n"
-    "       quirnel-csv normalize IN OUT [options]\n"
+    "       quirnel-csv normalize IN OUT [options] [--backups N]\n"
     "options: --sep auto|comma|tab|semicolon|bar  --no-column-names  --backslash-escape\n"
-    "         --ignore-comments  --code-page N  --no-warn-too-few\n";
+    "         --ignore-comments  --code-page N  --no-warn-too-few\n"
+    "normalize rewrites IN into OUT; when OUT is IN it keeps \".bk\" backups as the editor\n"
+    "does, as many as the editor's preferences say (9 without them) or N (0 for none).\n";
+
+/// Backups kept when the preferences file cannot tell, as the editor's own default.
+constexpr int kDefaultBackupLevels = 9;
 
 /// No one is at the screen: messages are collected for standard error and every question is
 /// answered No, which never drops data (comment lines stay rows).
@@ -81,9 +94,18 @@ std::string CellUtf8(const TableDocument& document, int row, int column)
     return std::string(document.CellText8(row, column));
 }
 
-bool ParseOptions(const std::vector<std::string>& args, std::size_t first, FileFormat& format,
-                  bool& warnTooFew, std::string& err)
+struct ToolOptions
 {
+    FileFormat format;
+    bool warnTooFew = true;
+    /// Backup levels given with --backups.
+    std::optional<int> backups;
+};
+
+bool ParseOptions(const std::vector<std::string>& args, std::size_t first, ToolOptions& options,
+                  std::string& err)
+{
+    FileFormat& format = options.format;
     for (std::size_t i = first; i < args.size(); ++i) {
         const std::string& option = args[i];
         if (option == "--no-column-names") {
@@ -93,7 +115,18 @@ bool ParseOptions(const std::vector<std::string>& args, std::size_t first, FileF
         } else if (option == "--ignore-comments") {
             format.ignoreComments = true;
         } else if (option == "--no-warn-too-few") {
-            warnTooFew = false;
+            options.warnTooFew = false;
+        } else if (option == "--backups" && i + 1 < args.size()) {
+            const std::string& value = args[++i];
+            int levels = -1;
+            const auto [end, error] =
+                std::from_chars(value.data(), value.data() + value.size(), levels);
+            if (value.empty() || error != std::errc() || end != value.data() + value.size() ||
+                levels < 0 || levels > kMaxBackupLevels) {
+                err += "quirnel-csv: bad backup count '" + value + "'\n";
+                return false;
+            }
+            options.backups = levels;
         } else if (option == "--sep" && i + 1 < args.size()) {
             const std::string& value = args[++i];
             if (value == "auto")
@@ -125,6 +158,27 @@ bool ParseOptions(const std::vector<std::string>& args, std::size_t first, FileF
         }
     }
     return true;
+}
+
+/// "BackupLevels" of the editor's preferences, as the Preferences dialog bounds it; the default
+/// when the preferences file is missing, cannot be read or does not hold the value.
+int PreferredBackupLevels()
+{
+    ost::SettingsFile settings;
+    const ost::SettingsLoadStatus status =
+        settings.Load(ost::SettingsFolderLocation() / "quiredit.dat");
+    if (status != ost::SettingsLoadStatus::Loaded && status != ost::SettingsLoadStatus::Damaged)
+        return kDefaultBackupLevels;
+    const ost::SettingsValue* value = settings.Find("Settings", "BackupLevels");
+    if (!value || !std::holds_alternative<int>(*value))
+        return kDefaultBackupLevels;
+    return std::clamp(std::get<int>(*value), 0, 99);
+}
+
+bool SameFile(const std::string& a, const std::string& b)
+{
+    std::error_code error;
+    return a == b || std::filesystem::equivalent(a, b, error);
 }
 
 } // namespace
@@ -223,15 +277,15 @@ int RunCsvTool(const std::vector<std::string>& args, std::string& out, std::stri
         err += kUsage;
         return 2;
     }
-    FileFormat format;
-    format.path = args[1];
-    bool warnTooFew = true;
-    if (!ParseOptions(args, 1 + paths, format, warnTooFew, err))
+    ToolOptions options;
+    options.format.path = args[1];
+    if (!ParseOptions(args, 1 + paths, options, err))
         return 2;
+    FileFormat& format = options.format;
 
     BatchUi ui;
     TableDocument document(ui);
-    document.SetWarnTooFew(warnTooFew);
+    document.SetWarnTooFew(options.warnTooFew);
     if (!LoadCsvFile(document, format, "quirnel-csv")) {
         err += (ui.messages.empty() ? std::string("the file could not be loaded") : ui.messages) +
                "\n";
@@ -251,8 +305,12 @@ int RunCsvTool(const std::vector<std::string>& args, std::string& out, std::stri
         }
         return document.Warnings().empty() ? 0 : 1;
     }
-    // normalize writes a fresh file: no backups beside it.
-    document.SetBackupLevels(0);
+    // Rewriting the input in place replaces the user's file, which the editor would never do
+    // without backups; a fresh file needs none unless asked for.
+    const bool inPlace = SameFile(args[1], args[2]);
+    document.SetBackupLevels(options.backups ? *options.backups
+                             : inPlace       ? PreferredBackupLevels()
+                                             : 0);
     if (!SaveCsvFile(document, args[2], "quirnel-csv")) {
         err += ui.messages + "\n";
         return 2;

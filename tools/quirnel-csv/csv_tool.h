@@ -12,7 +12,8 @@ class TableDocument;
 
 /// Runs one command line (without the program name). Returns the exit code: 0 fine, 1
 /// warnings found by "check", 2 usage errors and load or save failures (the message goes to
-/// `err`).
+/// `err`). "normalize" in place keeps backups as the editor's save does, as many as the
+/// editor's preferences file says.
 int RunCsvTool(const std::vector<std::string>& args, std::string& out, std::string& err);
 
 /// The loaded document as JSON: ok, error, separator, newline, codePage, columns, rows and
