@@ -25,6 +25,17 @@ std::string Format(const char* format, ...)
     return out;
 }
 
+/// A copy; when it fails (a full disk, an I/O error) a second name for the file itself, which
+/// costs no room. A save replaces the file by renaming a new one onto its name, so the backup
+/// keeps the old contents either way.
+bool CopyOrLink(FileSystem& fileSystem, const std::string& from, const std::string& to, int& error)
+{
+    if (fileSystem.Copy(from, to, error))
+        return true;
+    int ignored = 0;
+    return fileSystem.Link(from, to, ignored);
+}
+
 bool IsLegalPath(const std::string& path)
 {
     return path.find('\0') == std::string::npos && path.back() != '/';
@@ -124,30 +135,37 @@ int BackupFile(FileSystem& fileSystem, const std::string& path, const std::strin
             }
         }
     }
+    // Only a file known to be missing is: a file that cannot be looked at may still be copied,
+    // and a save goes on after a failed backup, losing the old version.
     FileInfo file;
-    if (!fileSystem.Stat(path, file, error) || !file.exists) {
+    const bool looked = fileSystem.Stat(path, file, error);
+    if (looked && !file.exists) {
         run.Error("The file \"" + path + "\" does not exist.");
         return kBackupFailed;
     }
     auto name = [&](int number) { return BackupName(path, backupFolder, flags, number); };
 
-    if (!(flags & BACKUP_ALWAYS)) {
+    if (looked && !(flags & BACKUP_ALWAYS)) {
         FileInfo newest;
         if (fileSystem.Stat(name(1), newest, error) && newest.exists && newest.size == file.size &&
             newest.modified == file.modified)
             return kBackupSkipped;
     }
 
+    bool deleteFailed = false;
     for (int i = levels; i >= 1; --i) {
         if (i == levels) {
             const std::string oldest = name(i);
             if (run.Exists(oldest)) {
                 if (run.Step(Format("Deleting %s\r\n", oldest.c_str())))
                     return kBackupCancelled;
+                // Reported, but the rotation goes on: the move onto the oldest name replaces
+                // that file anyway, and stopping here would leave the file itself without a
+                // backup while the save goes on.
                 if (!fileSystem.Remove(oldest, error)) {
                     run.Failed();
                     run.Error(Format("Failed to delete oldest backup \"%s\"\r\n", oldest.c_str()));
-                    return kBackupFailed;
+                    deleteFailed = true;
                 }
             }
         }
@@ -171,7 +189,7 @@ int BackupFile(FileSystem& fileSystem, const std::string& path, const std::strin
         }
         if (run.Step(Format("Copying %s\r\n", path.c_str())))
             return kBackupCancelled;
-        if (!fileSystem.Copy(path, name(1), error)) {
+        if (!CopyOrLink(fileSystem, path, name(1), error)) {
             run.Failed();
             run.Error("Failed to backup the original file.\r\n" + SystemErrorText(error) + "\r\n");
             for (int back = 2; back <= levels; ++back) {
@@ -182,7 +200,7 @@ int BackupFile(FileSystem& fileSystem, const std::string& path, const std::strin
             return kBackupFailed;
         }
     }
-    return kBackupDone;
+    return deleteFailed ? kBackupFailed : kBackupDone;
 }
 
 bool ReplaceFile(FileSystem& fileSystem, const std::string& target, const std::string& newFile,

@@ -331,6 +331,20 @@ std::uint64_t PosixFileSystem::AvailableMemory()
     return available;
 }
 
+bool PosixFileSystem::Link(const std::string& from, const std::string& to, int& error)
+{
+    if (::link(from.c_str(), to.c_str()) != 0) {
+        error = errno;
+        return false;
+    }
+    return true;
+}
+
+bool FileSystem::Link(const std::string& from, const std::string& to, int& error)
+{
+    return RealFileSystem().Link(from, to, error);
+}
+
 bool FileSystem::ResolveLink(const std::string& path, std::string& target, int& error)
 {
     return RealFileSystem().ResolveLink(path, target, error);

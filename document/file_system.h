@@ -62,6 +62,8 @@ public:
     /// The file that `path` finally names once the symbolic links at its end are followed; it
     /// need not exist. A path that is no link names itself. Fails on a loop of links.
     virtual bool ResolveLink(const std::string& path, std::string& target, int& error);
+    /// Gives the file `from` the second name `to` (a hard link); fails when `to` exists.
+    virtual bool Link(const std::string& from, const std::string& to, int& error);
 };
 
 /// The machine's own files. Tests derive from it to make single operations fail.
@@ -81,6 +83,7 @@ public:
     bool CreateDirectory(const std::string& path, int& error) override;
     bool GivePermissions(Handle handle, const std::string& model, int& error) override;
     bool ResolveLink(const std::string& path, std::string& target, int& error) override;
+    bool Link(const std::string& from, const std::string& to, int& error) override;
 
 protected:
     /// Every byte that Write and Copy put out passes here.

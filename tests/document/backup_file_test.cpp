@@ -97,7 +97,9 @@ TEST_F(BackupFileTest, UnchangedFileIsNotBackedUpTwice)
 TEST_F(BackupFileTest, FailedCopyPutsBackupsBack)
 {
     MakeFiles(2);
-    m_files.FailOn(FileOp::Copy, EIO);
+    m_files.fault = [](FileOp op, const std::string&, const std::string&) {
+        return op == FileOp::Copy || op == FileOp::Link ? EIO : 0;
+    };
     EXPECT_EQ(kBackupFailed, Run(3));
     EXPECT_EQ("Failed to backup the original file.\r\nInput/output error\r\n", m_errors);
     EXPECT_EQ((std::vector<std::string>{"data.csv", "data.csv.bk1", "data.csv.bk2"}), Entries());
@@ -162,13 +164,26 @@ TEST_F(BackupFileTest, UncreatableFolderReported)
               m_errors);
 }
 
-TEST_F(BackupFileTest, FailedDeleteOfOldestReported)
+TEST_F(BackupFileTest, FailedDeleteOfOldestIsReportedAndTheRotationGoesOn)
 {
     MakeFiles(2);
     m_files.FailOn(FileOp::Remove, EACCES);
     EXPECT_EQ(kBackupFailed, Run(2));
     EXPECT_EQ("Failed to delete oldest backup \"" + Backup(2) + "\"\r\n", m_errors);
-    EXPECT_EQ("backup 2", ReadFile(Backup(2)));
+    EXPECT_EQ("backup 1", ReadFile(Backup(2)));
+    EXPECT_EQ("current", ReadFile(Backup(1)));
+}
+
+TEST_F(BackupFileTest, FailedCopyFallsBackToASecondName)
+{
+    // A full disk or a read error stops the copy; a second name for the file takes no room.
+    MakeFiles(1);
+    m_files.midway = true;
+    m_files.FailOn(FileOp::Copy, ENOSPC);
+    EXPECT_EQ(kBackupDone, Run(3));
+    EXPECT_EQ("current", ReadFile(Backup(1)));
+    EXPECT_EQ("backup 1", ReadFile(Backup(2)));
+    EXPECT_EQ("", m_errors);
 }
 
 TEST_F(BackupFileTest, FailedMoveReported)
@@ -206,7 +221,9 @@ TEST_F(BackupFileTest, CancelStopsBeforeTheStep)
 TEST_F(BackupFileTest, FailedCopyReportsFailedStep)
 {
     MakeFiles(0);
-    m_files.FailOn(FileOp::Copy, EIO);
+    m_files.fault = [](FileOp op, const std::string&, const std::string&) {
+        return op == FileOp::Copy || op == FileOp::Link ? EIO : 0;
+    };
     ProgressLog log;
     EXPECT_EQ(kBackupFailed, Run(2, BACKUP_REPORT_STEPS, "", &log));
     EXPECT_EQ((std::vector<std::string>{"Copying " + Path("data.csv") + "\r\n", "FAILED\r\n"}),

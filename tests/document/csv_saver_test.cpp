@@ -225,7 +225,9 @@ TEST_F(SaveCsvFileTest, FailedReplaceWithoutAsideNameKeepsTheFile)
 TEST_F(SaveCsvFileTest, BackupCopyFailingStillSaves)
 {
     PrepareEdited();
-    m_files.FailOn(FileOp::Copy, EIO);
+    m_files.fault = [](FileOp op, const std::string&, const std::string&) {
+        return op == FileOp::Copy || op == FileOp::Link ? EIO : 0;
+    };
     EXPECT_TRUE(SaveCsvFile(m_document, Path()));
     EXPECT_EQ("a,b\r\n1,changed\r\n", ReadFile(Path()));
     EXPECT_EQ("backup 1", ReadFile(Path("data.csv.bk1")));

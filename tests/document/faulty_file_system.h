@@ -26,6 +26,7 @@ enum class FileOp
     Remove,
     Permissions,
     ResolveLink,
+    Link,
     CreateDirectory
 };
 
@@ -163,6 +164,11 @@ public:
     {
         return !Fails(FileOp::ResolveLink, path, {}, error) &&
                PosixFileSystem::ResolveLink(path, target, error);
+    }
+
+    bool Link(const std::string& from, const std::string& to, int& error) override
+    {
+        return !Fails(FileOp::Link, from, to, error) && PosixFileSystem::Link(from, to, error);
     }
 
 protected:
