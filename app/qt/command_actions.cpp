@@ -197,6 +197,13 @@ void CommandActions::FillPopup(QMenu* menu, int popupId)
     }
 }
 
+QMenu* CommandActions::BuildPopup(int popupId, QWidget* parent)
+{
+    auto* menu = new QMenu(parent);
+    FillPopup(menu, popupId);
+    return menu;
+}
+
 void CommandActions::FillRecentFiles(QMenu* menu)
 {
     for (QAction* action : m_recentActions) {

@@ -36,6 +36,10 @@ public:
     /// Made on first request; nullptr for ids not in the table.
     QAction* ToolbarAction(int id);
 
+    /// A context menu with the entries of popup `popupId` for the state now (the Row menu of
+    /// the grid's "#" column); the caller owns it.
+    QMenu* BuildPopup(int popupId, QWidget* parent);
+
     /// Sends id as a menu entry would (a bound boolean is flipped first), unless disabled.
     void Dispatch(const CommandMenuEntry& entry);
     /// Re-reads enabled and checked of the toolbar actions and the fixed menus' entries.

@@ -1,10 +1,12 @@
 #include "app/qt/file_dialogs.h"
 
 #include "app/qt/dialog_util.h"
+#include "document/qt/open_nonstandard_file_dialog.h"
 
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDialogButtonBox>
+#include <QFileDialog>
 #include <QFormLayout>
 #include <QLabel>
 #include <QVBoxLayout>
@@ -111,6 +113,48 @@ void NewFileDialog::accept()
     m_request.encoding = SelectedValue(m_encoding);
     m_request.separator = SelectedValue(m_separator);
     QDialog::accept();
+}
+
+bool QtFileSessionDialogs::OpenNonstandardFile(OpenNonstandardFileRequest& request)
+{
+    return QtDocumentDialogs(m_parent).OpenNonstandardFile(request);
+}
+
+bool QtFileSessionDialogs::ChooseFileToOpen(const std::string& title, bool csvFirst,
+                                            const std::string& folder, std::string& path)
+{
+    const QString csv = QStringLiteral("CSV files (*.csv *.txt *.tsv)");
+    const QString all = QStringLiteral("All files (*)");
+    const QString chosen = QFileDialog::getOpenFileName(
+        m_parent, Utf8(title), Utf8(folder),
+        csvFirst ? csv + QStringLiteral(";;") + all : all + QStringLiteral(";;") + csv);
+    if (chosen.isEmpty())
+        return false;
+    path = chosen.toStdString();
+    return true;
+}
+
+bool QtFileSessionDialogs::ChooseSavePath(const std::string& folder, std::string& path)
+{
+    const QString chosen =
+        QFileDialog::getSaveFileName(m_parent, QStringLiteral("Save File As"), Utf8(folder),
+                                     QStringLiteral("CSV files (*.csv);;All files (*)"));
+    if (chosen.isEmpty())
+        return false;
+    path = chosen.toStdString();
+    return true;
+}
+
+bool QtFileSessionDialogs::NewFile(NewFileRequest& request)
+{
+    NewFileDialog dialog(request, m_parent);
+    return dialog.exec() == QDialog::Accepted;
+}
+
+bool QtFileSessionDialogs::FileProperties(FilePropertiesRequest& request)
+{
+    FilePropertiesDialog dialog(request, m_parent);
+    return dialog.exec() == QDialog::Accepted;
 }
 
 } // namespace quirnel

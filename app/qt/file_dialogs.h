@@ -1,7 +1,9 @@
 #pragma once
 // The "File Properties" and "New File" dialogs: each fills its controls from a request and
-// writes the choices back into it on OK.
+// writes the choices back into it on OK. QtFileSessionDialogs shows them, and the system's
+// open and save dialogs, for the file session.
 
+#include "app/file_session.h"
 #include "document/file_properties.h"
 
 #include <QDialog>
@@ -49,6 +51,23 @@ private:
     NewFileRequest& m_request;
     QComboBox* m_encoding;
     QComboBox* m_separator;
+};
+
+/// The file session's dialogs as real windows, centred on `parent`.
+class QtFileSessionDialogs : public FileSessionDialogs
+{
+public:
+    explicit QtFileSessionDialogs(QWidget* parent) : m_parent(parent) {}
+
+    bool OpenNonstandardFile(OpenNonstandardFileRequest& request) override;
+    bool ChooseFileToOpen(const std::string& title, bool csvFirst, const std::string& folder,
+                          std::string& path) override;
+    bool ChooseSavePath(const std::string& folder, std::string& path) override;
+    bool NewFile(NewFileRequest& request) override;
+    bool FileProperties(FilePropertiesRequest& request) override;
+
+private:
+    QWidget* m_parent;
 };
 
 } // namespace quirnel

@@ -1,40 +1,44 @@
 #pragma once
-// The one top-level window: the "Table", "Editor" and "Warnings" panes, menus and toolbar, the
-// open document with its file commands, the preferences and the settings file, and the
-// command dispatcher.
+// The one top-level window: it builds the "Table", "Editor" and "Warnings" panes, the menus
+// and the toolbar, keeps the preferences and the settings file, and wires them to the core:
+// every command id goes to the CommandRouter, the open file's life to the FileSession. The
+// window carries out the few things only it can do for them (dialogs, panes, the toolbar).
 
+#include "app/command_router.h"
 #include "app/command_state.h"
+#include "app/file_session.h"
 #include "app/preferences.h"
+#include "app/qt/file_dialogs.h"
 #include "app/startup.h"
 #include "app/toolbar_model.h"
 #include "document/file_history.h"
 #include "document/table_document.h"
+#include "editing/qt/qt_editing_dialogs.h"
+#include "editing/tool_context.h"
+#include "ostrand/qt/qt_clipboard.h"
 #include "ostrand/qt/qt_user_interface.h"
 #include "ostrand/settings/settings_file.h"
 
-#include <QDateTime>
 #include <QMainWindow>
 
 #include <filesystem>
 #include <memory>
-#include <optional>
 
-class QCheckBox;
-class QDockWidget;
 class QFileSystemWatcher;
-class QLineEdit;
 class QListWidget;
+class QMenu;
 class QPlainTextEdit;
-class QPushButton;
 class QSplitter;
 
 namespace quirnel {
 
 class CommandActions;
+class EditorPane;
+class FilterBar;
 class InstanceServer;
 class MainToolbar;
 class TablePane;
-struct FilePropertiesRequest;
+class WarningsPane;
 
 struct MainWindowOptions
 {
@@ -50,7 +54,10 @@ struct MainWindowOptions
 class MainWindow : public QMainWindow,
                    public CommandHost,
                    public DocumentHooks,
-                   private TableControlObserver
+                   private TableControlObserver,
+                   private ShellCommands,
+                   private EditingHost,
+                   private FileSessionHost
 {
     Q_OBJECT
 
@@ -58,12 +65,11 @@ public:
     explicit MainWindow(MainWindowOptions options, QWidget* parent = nullptr);
     ~MainWindow() override;
 
-    // ---- CommandHost ----
     void OnCommand(int id) override;
     DocumentState CurrentState() const override;
     void SetOption(OptionBinding binding, bool value) override;
 
-    // ---- DocumentHooks ----
+    /// Also EditingHost's and FileSessionHost's: one commit serves every caller.
     void CommitCellEdit() override;
     void RestoreFileProperties(TableDocument& document, FileFormat& format) override;
     void WarningsChanged() override;
@@ -73,15 +79,14 @@ public:
 
     /// Opens a file as the Open command does after its file dialog. `delimiter` 0 detects.
     /// False when nothing was opened (refused, failed, or switched to another instance).
-    bool OpenPath(const std::string& path, char delimiter = 0);
-    /// As OpenPath, with a format chosen by the caller (Open Nonstandard File).
-    bool OpenWithFormat(FileFormat format, const std::string& title = "Open File");
-    bool Save();
-    bool SaveAs(const std::string& path);
+    bool OpenPath(const std::string& path, char delimiter = 0)
+    {
+        return m_session.OpenPath(path, delimiter);
+    }
+    bool Save() { return m_session.Save(); }
+    bool SaveAs(const std::string& path) { return m_session.SaveAs(path); }
     /// False when the user kept the document (Cancel, failed save).
-    bool CloseDocument();
-    /// Sets up an empty document as the New File dialog does on OK.
-    void NewDocument(int encoding, char separator);
+    bool CloseDocument() { return m_session.Close(); }
 
     /// Reads "quiredit.dat"; remembers whether it existed (first run).
     void LoadSettings();
@@ -98,17 +103,20 @@ public:
     bool IsFirstRun() const { return m_firstRun; }
     void SetExplicitStart(bool on) { m_explicitStart = on; }
     /// Reopens the last document when "Auto-open last file" is on and nothing was named.
-    void AutoOpenLastFile();
-    std::string MostRecentFile() const;
+    void AutoOpenLastFile() { m_session.AutoOpenLastFile(m_explicitStart); }
+    std::string MostRecentFile() const { return m_session.MostRecentFile(); }
 
     TableDocument& Document() { return m_document; }
+    FileSession& Session() { return m_session; }
     ost::QtUserInterface& Ui() { return m_ui; }
-    Preferences& Prefs() { return m_prefs; }
+    quirnel::Preferences& Prefs() { return m_prefs; }
     DocumentFrameSettings& Frame() { return m_frame; }
     FileHistory& History() { return m_history; }
     TablePane* Grid() const { return m_grid; }
-    QPlainTextEdit* Editor() const { return m_editor; }
-    QListWidget* WarningsList() const { return m_warningsList; }
+    QPlainTextEdit* Editor() const;
+    QListWidget* WarningsList() const;
+    /// The grid's Row menu as a right click on a row number shows it; the caller owns it.
+    QMenu* BuildRowMenu(QWidget* parent);
     bool MultilineMode() const { return m_multiline; }
     void SetMultilineMode(bool on);
     bool WarningsVisible() const { return m_warningsVisible; }
@@ -117,16 +125,58 @@ public:
     /// The caption as shown: product, file name or full path, modified mark.
     QString Caption() const;
     /// The remembered cell (storage row, column); -1 when none.
-    int BookmarkRow() const { return m_bookmarkRow; }
-    int BookmarkColumn() const { return m_bookmarkColumn; }
+    int BookmarkRow() const { return m_editingState.bookmarkRow; }
+    int BookmarkColumn() const { return m_editingState.bookmarkColumn; }
 
 protected:
     void closeEvent(QCloseEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dropEvent(QDropEvent* event) override;
-    void changeEvent(QEvent* event) override;
 
 private:
+    // The commands the router leaves to the window.
+    void NewFile() override;
+    void OpenFile() override { m_session.RunOpenFile(); }
+    void OpenNonstandardFile() override { m_session.RunOpenNonstandardFile(); }
+    void SaveFile() override { m_session.Save(); }
+    void SaveFileAs() override { m_session.RunSaveAs(); }
+    void CloseFile() override { m_session.Close(); }
+    void Exit() override { close(); }
+    void OpenRecentFile(int position) override { m_session.OpenRecentFile(position); }
+    void FileProperties() override { m_session.RunFileProperties(); }
+    void SetCharacterSet(int position) override { m_session.SetCharacterSet(position); }
+    void ExploreFolder() override;
+    void Preferences() override;
+    void AssociateFileType() override;
+    void CustomizeToolbar() override;
+    void ToggleToolbar() override;
+    void ToggleMultilineEditing() override { SetMultilineMode(!m_multiline); }
+    void ToggleWarnings() override { SetWarningsVisible(!m_warningsVisible); }
+    void GoToWarning() override;
+    void DismissWarning() override;
+    void FilterChanged(int id) override;
+    void RefreshStates() override;
+    void RefreshTable() override;
+
+    // What the editing commands ask of the window.
+    void SetBusy(bool busy) override { m_busy = busy; }
+    void ShowFocusCell() override;
+    bool MultilineEditing() const override { return m_multiline; }
+    void ReopenEditor() override;
+    void MarkModified() override;
+    bool RunNewFile() override;
+    bool RunOpenFile() override { return m_session.RunOpenFile(); }
+
+    // What the file session asks of the window.
+    void BeginTableReset() override;
+    void EndTableReset() override;
+    void TableReplaced() override;
+    void FileStateChanged() override { RefreshAll(); }
+    void WatchFile(const std::string& path) override;
+    void SetMultilineEditing(bool on) override;
+
+    void OnTableReset() override;
+
     void BuildPanes();
     void BuildToolbar();
     void ApplyPlacement();
@@ -134,85 +184,44 @@ private:
     void ApplyTableSettings();
     void RefreshCaption();
     void RefreshAll();
-    void RefreshWarnings();
-    void ShowCurrentCellInEditor();
-    void CommitEditorText();
-    void MarkModified();
-    void WatchFile();
-    void OnFileChanged();
-    void AfterLoad();
-    void StoreCurrentFileProperties();
-
-    /// Commits edits and asks the document to let go; false when the user kept it.
-    bool ReleaseDocument();
-    void OnOpenFile();
-    /// The open-file dialog from the last folder; empty when cancelled.
-    QString ChooseFileToOpen(const QString& title, bool csvFirst);
-    void OnGridCommand(int command, int row, int column);
-    void OnOpenNonstandardFile();
-    void OnSaveFileAs();
-    void OnNewFile();
-    void OnFileProperties();
-    void OnExploreFolder();
-    void OnPreferences();
-    void OnAssociate();
-    void OnCharacterSet(int position);
-    /// Stores the chosen format and converts the cells when the text mode changes.
-    void ApplyFileProperties(const FilePropertiesRequest& request);
-    void OnGoToWarning();
-    void OnDismissWarning();
-    /// True when a data cell has the focus; otherwise tells the user and returns false.
-    bool RequireCurrentCell();
-    void OnBookmarkSet();
-    void OnBookmarkReturn();
-    void OnJumpToRow();
-    void OnTableStatistics();
-    /// Moves the focus to the cell, shows it, and lets the Editor pane follow.
-    void MoveFocusTo(int row, int column);
-    void ForgetBookmark() { m_bookmarkRow = m_bookmarkColumn = -1; }
-    void ApplyFilter();
-    /// Asks whether to switch to another instance showing the path; true to go on opening.
-    bool CheckOtherInstance(const std::string& path);
-    void OnTableReset() override;
+    void ShowRowMenu(const QPoint& globalPosition);
+    /// The Editor pane follows the grid's focus cell, unless a command is changing the table.
+    void FollowFocusCell();
 
     MainWindowOptions m_options;
     ost::QtUserInterface m_ui;
     TableDocument m_document;
-    Preferences m_prefs;
+    quirnel::Preferences m_prefs;
     DocumentFrameSettings m_frame;
     WindowPlacement m_placement;
     ost::SettingsFile m_settings;
     FileHistory m_history;
     ToolbarModel m_toolbarModel;
+    ost::QtClipboard m_clipboard;
+    QtEditingDialogs m_editingDialogs;
+    QtFileSessionDialogs m_fileDialogs;
+    std::unique_ptr<RandomSource> m_random;
+    EditingState m_editingState;
+    ToolContext m_tools;
+    CommandRouter m_router;
+    FileSession m_session;
     bool m_firstRun = false;
     bool m_explicitStart = false;
     bool m_multiline = false;
     bool m_warningsVisible = true;
-    bool m_filterEnabled = false;
+    /// Set while a command changes the table: the grid's change notices are its own doing.
+    bool m_busy = false;
     int m_fontSize = 0;
-    bool m_loadingEditor = false;
 
     TablePane* m_grid = nullptr;
     QSplitter* m_splitter = nullptr;
-    QPlainTextEdit* m_editor = nullptr;
-    QDockWidget* m_warningsDock = nullptr;
-    QListWidget* m_warningsList = nullptr;
-    QCheckBox* m_filterCheck = nullptr;
-    QLineEdit* m_filterText = nullptr;
+    EditorPane* m_editor = nullptr;
+    WarningsPane* m_warnings = nullptr;
+    FilterBar* m_filter = nullptr;
     CommandActions* m_actions = nullptr;
     MainToolbar* m_toolbar = nullptr;
     QFileSystemWatcher* m_watcher = nullptr;
     InstanceServer* m_server = nullptr;
-    /// What the file looked like when we last read or wrote it, to tell our own saves apart
-    /// from another program's changes.
-    QDateTime m_knownModified;
-    qint64 m_knownSize = -1;
-    bool m_askingAboutChange = false;
-    /// Editor pane cell: storage row and column, -1 when none.
-    int m_editorRow = -1;
-    int m_editorColumn = -1;
-    int m_bookmarkRow = -1;
-    int m_bookmarkColumn = -1;
 };
 
 } // namespace quirnel

@@ -1,7 +1,6 @@
 #include "app/qt/main_window_commands.h"
 
-#include "app/command_table.h"
-#include "app/menu_model.h"
+#include "app/command_ids.h"
 #include "app/qt/command_actions.h"
 
 namespace quirnel {
@@ -25,25 +24,9 @@ void DestroyCommandActions(CommandActions* actions)
     delete actions;
 }
 
-std::string CommandLabel(int id)
+QMenu* BuildRowMenu(CommandActions* actions, QWidget* parent)
 {
-    const CommandSpec* command = FindCommand(id);
-    return command ? std::string(command->label) : std::string();
-}
-
-bool ColumnAlignmentCommand(int id, int& alignment)
-{
-    return AlignmentFromCommand(id, alignment);
-}
-
-bool ColumnSortMethodCommand(int id, int& method)
-{
-    return SortMethodFromCommand(id, method);
-}
-
-bool SortOnColumnCommand(int id, int& column)
-{
-    return SortOnColumnFromCommand(id, column);
+    return actions->BuildPopup(cmd::kRowMenu, parent);
 }
 
 } // namespace quirnel

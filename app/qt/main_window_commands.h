@@ -3,9 +3,9 @@
 // model's headers and the grid control's headers never meet in one translation unit.
 
 #include <functional>
-#include <string>
 
 class QMainWindow;
+class QMenu;
 class QWidget;
 
 namespace quirnel {
@@ -18,14 +18,8 @@ CommandActions* CreateCommandActions(QMainWindow* window, CommandHost& host,
                                      std::function<QWidget*()> cellEditor);
 void RefreshCommandStates(CommandActions* actions);
 void DestroyCommandActions(CommandActions* actions);
-
-/// The command's label ("Table Statistics"), the title of the boxes it shows; empty when unknown.
-std::string CommandLabel(int id);
-
-/// The value a menu entry's id stands for; false when the id is not such an entry.
-bool ColumnAlignmentCommand(int id, int& alignment);
-bool ColumnSortMethodCommand(int id, int& method);
-/// column -1 is "No sorting".
-bool SortOnColumnCommand(int id, int& column);
+/// The Row menu as it stands now (texts by the selected-row count, entries without a handler
+/// disabled); the caller owns it.
+QMenu* BuildRowMenu(CommandActions* actions, QWidget* parent);
 
 } // namespace quirnel

@@ -31,6 +31,7 @@ TablePane::TablePane(TableControl& table, QWidget* parent)
             [this](int command, int argument, int row, int column) {
                 emit GridCommand(command, argument, row, column);
             });
+    connect(m_impl->view, &GridView::rowMenuRequested, this, &TablePane::RowMenuRequested);
     // The view sets the control's focus cell itself; the pane only passes the news on.
     connect(m_impl->view->selectionModel(), &QItemSelectionModel::currentChanged, this, [this] {
         if (!m_impl->resetting)
@@ -129,6 +130,11 @@ bool TablePane::EditCell(int viewRow, int column, const QString& text)
 {
     GridModel* model = m_impl->view->Model();
     return model->setData(model->index(viewRow, column), text, Qt::EditRole);
+}
+
+void TablePane::SetGridCommandCheck(std::function<bool(int)> check)
+{
+    m_impl->view->SetOwnerCommandCheck(std::move(check));
 }
 
 } // namespace quirnel

@@ -4,6 +4,8 @@
 
 #include <QWidget>
 
+#include <functional>
+
 class QAbstractItemView;
 
 namespace quirnel {
@@ -37,6 +39,8 @@ public:
     QAbstractItemView* View() const;
     /// Changes a cell as an in-place edit does (the text is what the user typed).
     bool EditCell(int viewRow, int column, const QString& text);
+    /// Whether the window carries out a grid command; the grid's menus disable the others.
+    void SetGridCommandCheck(std::function<bool(int command)> check);
 
 signals:
     void CurrentCellChanged();
@@ -44,6 +48,8 @@ signals:
     void CellEdited(int row, int column);
     /// A grid menu command the control leaves to the window.
     void GridCommand(int command, int argument, int row, int column);
+    /// A right click on a row number: the window shows the Row menu there.
+    void RowMenuRequested(const QPoint& globalPosition);
 
 private:
     struct Impl;

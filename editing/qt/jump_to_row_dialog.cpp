@@ -1,7 +1,7 @@
 #include "editing/qt/jump_to_row_dialog.h"
 
-#include "editing/jump_to_row.h"
 #include "app/qt/dialog_util.h"
+#include "editing/jump_to_row.h"
 
 #include <QDialogButtonBox>
 #include <QFormLayout>

@@ -4,13 +4,14 @@
 
 #include "app/command_ids.h"
 #include "app/command_state.h"
-#include "editing/jump_to_row.h"
-#include "editing/qt/jump_to_row_dialog.h"
 #include "app/qt/main_window.h"
 #include "app/qt/table_pane.h"
+#include "editing/jump_to_row.h"
+#include "editing/qt/jump_to_row_dialog.h"
 #include "tests/gui/gui_test_support.h"
 #include "view/qt/grid_view.h"
 
+#include <QAbstractButton>
 #include <QAbstractItemView>
 #include <QClipboard>
 #include <QHeaderView>
@@ -80,12 +81,13 @@ private slots:
         auto window = OpenWindow(kFourRows);
         QVERIFY(window);
         const DocumentState state = window->CurrentState();
-        for (int id : {cmd::kBookmarkReturn, cmd::kBookmarkSet, cmd::kDeselectAllRows,
-                       cmd::kJumpToRow, cmd::kMaximizeColumnWidths, cmd::kMinimizeColumnWidths,
-                       cmd::kSelectAllRows, cmd::kTableStatistics})
+        for (int id :
+             {cmd::kBookmarkReturn, cmd::kBookmarkSet, cmd::kDeselectAllRows, cmd::kJumpToRow,
+              cmd::kMaximizeColumnWidths, cmd::kMinimizeColumnWidths, cmd::kSelectAllRows,
+              cmd::kTableStatistics, cmd::kCreateRow, cmd::kDeleteRows, cmd::kMoveRowUp})
             QVERIFY2(ComputeCommandState(id, state).enabled, qPrintable(QString::number(id)));
-        for (int id : {cmd::kCreateRow, cmd::kDeleteRows, cmd::kPasteRows, cmd::kFind,
-                       cmd::kTrimWhitespace, cmd::kPrint, cmd::kGraph, cmd::kExportToHtml})
+        for (int id : {cmd::kPasteRows, cmd::kFind, cmd::kTrimWhitespace, cmd::kPrint, cmd::kGraph,
+                       cmd::kExportToHtml})
             QVERIFY2(!ComputeCommandState(id, state).enabled, qPrintable(QString::number(id)));
     }
 
@@ -346,18 +348,37 @@ private slots:
         QVERIFY(ComputeCommandState(noSorting, window->CurrentState()).checked);
     }
 
-    void GridCopiesCellTextAndIgnoresUnbuiltCommands()
+    void GridCellMenuRunsRowCommandsAndDisablesUnbuiltOnes()
     {
         auto window = OpenWindow(kFourRows);
         QVERIFY(window);
         QGuiApplication::clipboard()->clear();
         ChooseCellMenuEntry(*window, 2, 2, QStringLiteral("Copy cell text"));
         QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("100"));
+        QVERIFY(!window->Document().Modified());
 
         ChooseCellMenuEntry(*window, 0, 1, QStringLiteral("Add row"));
+        QCOMPARE(window->Document().RowCount(), 5);
+        QCOMPARE(window->windowTitle(), QStringLiteral("t.csv * - Quirnel"));
+
+        // "Delete all rows" asks first; No keeps every row.
+        QString asked;
+        OnNextModal([&asked](QWidget* modal) {
+            auto* box = qobject_cast<QMessageBox*>(modal);
+            QVERIFY(box);
+            asked = box->text();
+            box->button(QMessageBox::No)->click();
+        });
         ChooseCellMenuEntry(*window, 0, 1, QStringLiteral("Delete all rows"));
-        QCOMPARE(window->Document().RowCount(), 4);
-        QVERIFY(!window->Document().Modified());
+        QCOMPARE(asked, QStringLiteral("Delete all 5 rows of the table?"));
+        QCOMPARE(window->Document().RowCount(), 5);
+
+        auto* grid = static_cast<GridView*>(window->Grid()->View());
+        std::unique_ptr<QMenu> menu(grid->BuildCellMenu(0, 1, window.get()));
+        for (const char* unbuilt : {"Import from CSV file", "Export to CSV file"})
+            QVERIFY2(!FindAction(menu.get(), QString::fromUtf8(unbuilt))->isEnabled(), unbuilt);
+        for (const char* built : {"Move row up\tAlt+Up", "Jump to row", "Select all rows"})
+            QVERIFY2(FindAction(menu.get(), QString::fromUtf8(built))->isEnabled(), built);
     }
 
     void BookmarkShortcutsReachTheirCommands()

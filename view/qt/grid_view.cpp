@@ -38,6 +38,40 @@ private:
     GridView& m_view;
 };
 
+/// The commands TableControl::HandleCommand carries out itself; the others go to the owner.
+bool IsControlCommand(int command)
+{
+    const int sortMethods = static_cast<int>(GridCommand::SortMethodBase);
+    if (command >= sortMethods && command <= sortMethods + kSortStoredValue)
+        return true;
+    switch (static_cast<GridCommand>(command)) {
+    case GridCommand::SortAscending:
+    case GridCommand::SortDescending:
+    case GridCommand::DontSort:
+    case GridCommand::ColumnWidthMaximize:
+    case GridCommand::ColumnWidthMinimize:
+    case GridCommand::AlignLeft:
+    case GridCommand::AlignCenter:
+    case GridCommand::AlignRight:
+    case GridCommand::SelectAll:
+    case GridCommand::DeselectAll:
+    case GridCommand::HideColumn:
+    case GridCommand::AltRowsDefault:
+    case GridCommand::AltRowsEnabled:
+    case GridCommand::AltRowsDisabled:
+    case GridCommand::DividersDefault:
+    case GridCommand::DividersVisible:
+    case GridCommand::DividersHidden:
+    case GridCommand::TabThru:
+    case GridCommand::WidthsDefault:
+    case GridCommand::WidthsMaximize:
+    case GridCommand::WidthsMinimize:
+        return true;
+    default:
+        return false;
+    }
+}
+
 } // namespace
 
 GridView::GridView(TableControl& table, QWidget* parent)
@@ -253,6 +287,17 @@ void GridView::mousePressEvent(QMouseEvent* event)
 void GridView::keyPressEvent(QKeyEvent* event)
 {
     const bool editing = state() == QAbstractItemView::EditingState;
+    if ((event->key() == Qt::Key_Up || event->key() == Qt::Key_Down) &&
+        (event->modifiers() & ~Qt::KeypadModifier) == Qt::AltModifier) {
+        // The keys the cell menu names for "Move row up" and "Move row down". They reach here
+        // from an open in-place editor too, which the owner's command commits first.
+        const auto command =
+            event->key() == Qt::Key_Up ? GridCommand::MoveRowUp : GridCommand::MoveRowDown;
+        event->accept();
+        if (!m_ownerCommandCheck || m_ownerCommandCheck(static_cast<int>(command)))
+            RunCommand(static_cast<int>(command), 0, m_table.FocusRow(), m_table.FocusColumn());
+        return;
+    }
     if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) && !editing) {
         // Enter on a cell starts editing it, as F2 does.
         QModelIndex index = currentIndex();
@@ -302,7 +347,9 @@ void GridView::AddEntries(QMenu* menu, const std::vector<MenuEntry>& entries, in
             continue;
         }
         QAction* action = menu->addAction(text);
-        action->setEnabled(entry.enabled);
+        action->setEnabled(entry.enabled &&
+                           (IsControlCommand(entry.command) || !m_ownerCommandCheck ||
+                            m_ownerCommandCheck(entry.command)));
         if (entry.mark != MenuMark::None) {
             action->setCheckable(true);
             action->setChecked(entry.checked);
@@ -347,6 +394,11 @@ void GridView::RunCommand(int command, int argument, int row, int column)
     emit gridCommand(command, argument, row, column);
 }
 
+void GridView::SetOwnerCommandCheck(std::function<bool(int)> check)
+{
+    m_ownerCommandCheck = std::move(check);
+}
+
 void GridView::ShowHeaderMenu(const QPoint& position)
 {
     const int column = horizontalHeader()->logicalIndexAt(position);
@@ -358,6 +410,11 @@ void GridView::ShowHeaderMenu(const QPoint& position)
 void GridView::ShowCellMenu(const QPoint& position)
 {
     const QModelIndex index = indexAt(position);
+    if (index.isValid() && index.column() == 0) {
+        // The "#" column stands for whole rows: the row menu is the owner's.
+        emit rowMenuRequested(viewport()->mapToGlobal(position));
+        return;
+    }
     std::unique_ptr<QMenu> menu(BuildCellMenu(index.isValid() ? index.row() : -1,
                                               index.isValid() ? index.column() : -1, this));
     menu->exec(viewport()->mapToGlobal(position));

@@ -7,6 +7,7 @@
 
 #include <QTableView>
 
+#include <functional>
 #include <memory>
 
 class QMenu;
@@ -50,6 +51,9 @@ public:
     /// What choosing a menu entry does: the control's own commands are carried out here,
     /// every other one is handed on through gridCommand.
     void RunCommand(int command, int argument, int row, int column);
+    /// Whether the owner carries out a command the control hands on; menu entries it does
+    /// not carry out show disabled. Without a check every entry counts as carried out.
+    void SetOwnerCommandCheck(std::function<bool(int command)> check);
 
     /// Makes the control's focus cell current and scrolls it into view.
     void ShowFocusCell();
@@ -67,6 +71,8 @@ signals:
     void cellEdited(int row, int column);
     /// The focus cell moved (row a storage index, -1 for none).
     void focusCellChanged(int row, int column);
+    /// A right click in the "#" column: the owner shows its row menu at this screen position.
+    void rowMenuRequested(const QPoint& globalPosition);
 
 protected:
     void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
@@ -86,6 +92,7 @@ private:
     TableControl& m_table;
     GridModel* m_model = nullptr;
     std::unique_ptr<TextMeasurer> m_measurer;
+    std::function<bool(int)> m_ownerCommandCheck;
     bool m_indexHidden = false;
     bool m_applying = false;
     GridFontSize m_fontSize = GridFontSize::Normal;

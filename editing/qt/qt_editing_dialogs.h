@@ -1,0 +1,23 @@
+#pragma once
+// The editing commands' dialogs as real modal dialogs, centred on the main window.
+
+#include "editing/tool_context.h"
+
+#include <QPointer>
+
+class QWidget;
+
+namespace quirnel {
+
+class QtEditingDialogs : public EditingDialogs
+{
+public:
+    explicit QtEditingDialogs(QWidget* parent = nullptr) : m_parent(parent) {}
+
+    bool JumpToRow(JumpToRowRequest& request) override;
+
+private:
+    QPointer<QWidget> m_parent;
+};
+
+} // namespace quirnel
