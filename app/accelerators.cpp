@@ -26,6 +26,10 @@ std::string KeyName(int keyCode)
         return "PageUp";
     case key::kPageDown:
         return "PageDown";
+    case key::kUp:
+        return "Up";
+    case key::kDown:
+        return "Down";
     case key::kInsert:
         return "Insert";
     case key::kDelete:
@@ -85,6 +89,10 @@ void BuildMainAccelerators(AcceleratorTable& table)
         // Only shortcut texts elsewhere; bound here so that the keys reach their commands.
         {key::kPageUp, kModAlt, cmd::kMoveRowUp},
         {key::kPageDown, kModAlt, cmd::kMoveRowDown},
+        // The grid's cell menu shows these for the same two commands.
+        {key::kUp, kModAlt, cmd::kMoveRowUp},
+        {key::kDown, kModAlt, cmd::kMoveRowDown},
+        {key::kF4, kModCtrl, cmd::kExit},
         {'N', kModCtrl | kModShift, cmd::kSearchColumn},
         {'N', kModCtrl, cmd::kSearchColumnContinue},
     };

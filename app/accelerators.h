@@ -19,6 +19,8 @@ namespace key {
 inline constexpr int kReturn = 0x0D;
 inline constexpr int kPageUp = 0x21;
 inline constexpr int kPageDown = 0x22;
+inline constexpr int kUp = 0x26;
+inline constexpr int kDown = 0x28;
 inline constexpr int kInsert = 0x2D;
 inline constexpr int kDelete = 0x2E;
 inline constexpr int kF1 = 0x70;

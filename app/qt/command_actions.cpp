@@ -44,6 +44,10 @@ std::optional<int> QtKey(int keyCode)
         return Qt::Key_PageUp;
     case key::kPageDown:
         return Qt::Key_PageDown;
+    case key::kUp:
+        return Qt::Key_Up;
+    case key::kDown:
+        return Qt::Key_Down;
     case key::kInsert:
         return Qt::Key_Insert;
     case key::kDelete:

@@ -6,6 +6,7 @@
 #include "ostrand/settings/settings_exchange.h"
 #include "ostrand/settings/settings_file.h"
 #include "tests/gui/gui_test_support.h"
+#include "view/table_control.h"
 
 #include <QAction>
 #include <QComboBox>
@@ -121,6 +122,7 @@ private slots:
     void boundOptionFlipsItsBooleanAndSendsItsId();
     void shortcutReachesItsCommand();
     void shortcutOfACommandWithoutHandlerDoesNothing();
+    void everyShortcutShownInAMenuWorks();
     void cellPopupShowsTheEditorsMenu();
     void toolbarShowsDefaultsAndItsContextMenu();
     void customisationSurvivesARestart();
@@ -251,6 +253,68 @@ void TestCommands::shortcutOfACommandWithoutHandlerDoesNothing()
     Open(actions.Menus()[6]);
     QVERIFY(!ActionWithText(actions.Menus()[6], "Find/next\tF2")->isEnabled());
     QVERIFY(ActionWithText(actions.Menus()[6], "Find\tCtrl+F2")->isEnabled());
+}
+
+/// Every entry's shortcut text (the part after the tab) with the id the entry sends.
+void CollectShortcuts(const std::vector<CommandMenuEntry>& entries,
+                      std::vector<std::pair<QString, int>>& out)
+{
+    for (const CommandMenuEntry& entry : entries) {
+        CollectShortcuts(entry.children, out);
+        const std::size_t tab = entry.text.find('\t');
+        if (entry.kind == MenuEntryKind::Command && tab != std::string::npos)
+            out.emplace_back(QString::fromStdString(entry.text.substr(tab + 1)), entry.id);
+    }
+}
+
+void TestCommands::everyShortcutShownInAMenuWorks()
+{
+    Bare bare;
+    auto& [window, host, actions] = bare;
+    QVERIFY(bare.Activate());
+
+    std::vector<std::pair<QString, int>> shortcuts;
+    for (const Menu& menu : MainMenuBar(false))
+        CollectShortcuts(menu.entries, shortcuts);
+    DocumentState state;
+    state.fileOpen = true;
+    state.columnCount = 3;
+    state.currentColumn = 1;
+    state.selectedRowCount = 2;
+    for (int popup : {cmd::kRowMenu, cmd::kColumnMenu, cmd::kSortOnColumnMenu, cmd::kCellMenu})
+        CollectShortcuts(OnInitPopup(popup, state), shortcuts);
+    // The grid's own cell menu names its keys too; its entries carry the grid's commands.
+    TableControl table;
+    TableColumn column;
+    column.headerText = "a";
+    table.AddColumn(column);
+    table.SetRowCount(2);
+    const std::map<int, int> gridCommandIds = {
+        {static_cast<int>(GridCommand::MoveRowUp), cmd::kMoveRowUp},
+        {static_cast<int>(GridCommand::MoveRowDown), cmd::kMoveRowDown},
+    };
+    for (const MenuEntry& entry : table.CellMenu(0, 1)) {
+        const std::size_t tab = entry.text.find('\t');
+        if (tab == std::string::npos)
+            continue;
+        QVERIFY2(gridCommandIds.count(entry.command), entry.text.c_str());
+        shortcuts.emplace_back(QString::fromStdString(entry.text.substr(tab + 1)),
+                               gridCommandIds.at(entry.command));
+    }
+    QVERIFY(shortcuts.size() >= 20);
+    for (const auto& [text, id] : shortcuts) {
+        host.received.clear();
+        // Menus spell the page keys out; Qt's own names for them are shorter.
+        QString qtText = text;
+        qtText.replace(QStringLiteral("PageUp"), QStringLiteral("PgUp"))
+            .replace(QStringLiteral("PageDown"), QStringLiteral("PgDown"));
+        const QKeySequence keys = QKeySequence::fromString(qtText);
+        QVERIFY2(!keys.isEmpty(), qPrintable(text));
+        const QKeyCombination combination = keys[0];
+        QTest::keyClick(&window, combination.key(), combination.keyboardModifiers());
+        QVERIFY2(host.received == std::vector<int>{id},
+                 qPrintable(text + QStringLiteral(" should send %1").arg(id)));
+    }
 }
 
 void TestCommands::cellPopupShowsTheEditorsMenu()

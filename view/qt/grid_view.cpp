@@ -287,17 +287,6 @@ void GridView::mousePressEvent(QMouseEvent* event)
 void GridView::keyPressEvent(QKeyEvent* event)
 {
     const bool editing = state() == QAbstractItemView::EditingState;
-    if ((event->key() == Qt::Key_Up || event->key() == Qt::Key_Down) &&
-        (event->modifiers() & ~Qt::KeypadModifier) == Qt::AltModifier) {
-        // The keys the cell menu names for "Move row up" and "Move row down". They reach here
-        // from an open in-place editor too, which the owner's command commits first.
-        const auto command =
-            event->key() == Qt::Key_Up ? GridCommand::MoveRowUp : GridCommand::MoveRowDown;
-        event->accept();
-        if (!m_ownerCommandCheck || m_ownerCommandCheck(static_cast<int>(command)))
-            RunCommand(static_cast<int>(command), 0, m_table.FocusRow(), m_table.FocusColumn());
-        return;
-    }
     if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) && !editing) {
         // Enter on a cell starts editing it, as F2 does.
         QModelIndex index = currentIndex();

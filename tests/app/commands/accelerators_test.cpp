@@ -63,6 +63,9 @@ TEST(MainAccelerators, BindExactlyTheseKeys)
         {"Alt+Delete", 16160},
         {"Alt+PageUp", 11299},
         {"Alt+PageDown", 11300},
+        {"Alt+Up", 11299},
+        {"Alt+Down", 11300},
+        {"Ctrl+F4", 11140},
         {"Ctrl+Shift+N", 16181},
         {"Ctrl+N", 16182},
     };
