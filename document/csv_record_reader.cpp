@@ -230,7 +230,8 @@ bool BasicCsvRecordReader<Char>::ReadDetecting(View& record, unsigned flags)
                 ++pos;
             m_position = pos;
             return true;
-        } else if (!inQuotes && escapes && c == Char('\\')) {
+        } else if (!inQuotes && escapes && c == Char('\\') && pos + 1 < size &&
+                   begin[pos + 1] != Char(0)) {
             ++pos;
         }
         ++pos;
@@ -371,7 +372,11 @@ bool BasicCsvRecordReader<Char>::ReadSeparated(View& record, unsigned flags, Vie
         case kNul:
             return finish(p, p + 1);
         case kBackslash:
-            // The escaped character is taken whatever it is, a line end or NUL included.
+            // The escaped character is taken whatever it is, a line end included; but a NUL
+            // ends the record wherever it stands, here as inside quotes. A cell holding one
+            // could not be written back: the writer has no way to keep it from ending a record.
+            if (end - p >= 2 && p[1] == Char(0))
+                return finish(p + 1, p + 2);
             p = (end - p >= 2) ? p + 2 : end;
             break;
         default:

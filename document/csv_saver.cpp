@@ -82,6 +82,15 @@ private:
     bool m_failed = false;
 };
 
+/// Whether a file that begins with this text would be taken for a UTF-16 file, which is refused,
+/// or for a UTF-8 file with its mark. A first field that begins so is quoted, as any other field
+/// that could not be read back as it is.
+bool StartsWithByteOrderMark(std::string_view text)
+{
+    return text.starts_with("\xFE\xFF") || text.starts_with("\xFF\xFE") ||
+           text.starts_with("\xEF\xBB\xBF");
+}
+
 /// Copies 16-bit units into bytes and returns all their bits or-ed together. The pointers
 /// never overlap; saying so lets the loop run on whole vectors.
 unsigned NarrowUnits(const char16_t* __restrict in, std::size_t count, char* __restrict out)
@@ -216,6 +225,14 @@ bool SaveCsvFile(TableDocument& document, const std::string& path, const std::st
     bool ok = true;
     if (format.codePage == ost::kCodePageUtf8)
         ok = sink.Write("\xEF\xBB\xBF");
+    // The file's first record decides how the file's first bytes are taken when it is read.
+    bool firstRecord = format.codePage != ost::kCodePageUtf8;
+    auto recordFlags = [&](const std::string_view* fields, std::size_t count) {
+        if (!firstRecord || count == 0)
+            return flags;
+        firstRecord = false;
+        return StartsWithByteOrderMark(fields[0]) ? flags | CSV_QUOTE_ALL : flags;
+    };
 
     const bool unicode = document.IsUnicode();
     CellEncoder encoder(format.codePage);
@@ -234,7 +251,9 @@ bool SaveCsvFile(TableDocument& document, const std::string& path, const std::st
         }
         if (unicode)
             encoder.Fields(fields);
-        ok = WriteRecord(sink, flags, fields, separator, newline) && ok;
+        ok = WriteRecord(sink, recordFlags(fields.data(), fields.size()), fields, separator,
+                         newline) &&
+             ok;
         encoder.NextRecord();
     }
     // Rows go out in file order. Sorting and filtering only change how rows are shown; writing
@@ -246,13 +265,14 @@ bool SaveCsvFile(TableDocument& document, const std::string& path, const std::st
         std::vector<std::string_view> cells(static_cast<std::size_t>(columns - 1));
         for (int row = 0; row < rows; ++row) {
             table.RowText8(row, cells.data());
+            const unsigned rowFlags = recordFlags(cells.data(), cells.size());
             const std::size_t bound = RecordBound(cells.data(), cells.size(), newline);
             if (char* room = sink.Room(bound)) {
-                ok = sink.Commit(
-                         PutRecord(room, flags, cells.data(), cells.size(), separator, newline)) &&
+                ok = sink.Commit(PutRecord(room, rowFlags, cells.data(), cells.size(), separator,
+                                           newline)) &&
                      ok;
             } else {
-                ok = WriteRecord(sink, flags, cells, separator, newline) && ok;
+                ok = WriteRecord(sink, rowFlags, cells, separator, newline) && ok;
             }
         }
     }
@@ -266,7 +286,9 @@ bool SaveCsvFile(TableDocument& document, const std::string& path, const std::st
         }
         if (unicode)
             encoder.Fields(fields);
-        ok = WriteRecord(sink, flags, fields, separator, newline) && ok;
+        ok = WriteRecord(sink, recordFlags(fields.data(), fields.size()), fields, separator,
+                         newline) &&
+             ok;
         encoder.NextRecord();
     }
     ok = sink.Flush() && ok;

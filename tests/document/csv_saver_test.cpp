@@ -459,6 +459,47 @@ TEST_F(SaveCsvFileTest, RandomTablesSurviveSaveAndLoad)
     }
 }
 
+struct ReloadCase
+{
+    std::string name;
+    std::string file;
+    FileFormat format;
+};
+
+class SaveAndReload : public DocumentTest, public testing::WithParamInterface<ReloadCase>
+{};
+
+// Files the fuzzer found whose table changed on being saved and loaded again.
+TEST_P(SaveAndReload, GivesTheSameTable)
+{
+    const ReloadCase& c = GetParam();
+    ASSERT_TRUE(Load(c.file, c.format));
+    const Table loaded = Contents();
+    ASSERT_TRUE(SaveCsvFile(m_document, Path()));
+    FileFormat back;
+    back.separator = m_document.Separator();
+    back.backslashEscape = c.format.backslashEscape;
+    back.noColumnNames = c.format.noColumnNames;
+    ASSERT_TRUE(Load(ReadFile(Path()), back));
+    EXPECT_EQ(loaded, Contents()) << ReadFile(Path());
+}
+
+FileFormat Escaping(bool noColumnNames = false)
+{
+    FileFormat format;
+    format.backslashEscape = true;
+    format.noColumnNames = noColumnNames;
+    return format;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    SaveCsvFile, SaveAndReload,
+    testing::Values(ReloadCase{"BackslashBeforeNul", std::string("a\tb\nx\\\0y\tz\n", 11),
+                               Escaping()},
+                    ReloadCase{"NameStartingWithUtf16Mark", "\r\n\xFE\xFF\x31,2\n3,4\n", {}},
+                    ReloadCase{"RowStartingWithUtf8Mark", "\n\xEF\xBB\xBFx\n", Escaping(true)}),
+    CaseName());
+
 class CloseQuestionTest : public DocumentTest
 {
 protected:
