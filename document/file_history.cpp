@@ -74,16 +74,33 @@ std::vector<std::string> FileHistory::Paths() const
     return paths;
 }
 
-// One section per path, "File0" the most recent; "Path" first, then the record's keys.
 ost::SettingsLoadStatus FileHistory::Load(const std::filesystem::path& file)
 {
-    m_entries.clear();
     ost::SettingsFile settings;
     m_loadStatus = settings.Load(file);
     m_loadError = settings.LoadError();
     m_unreadable.clear();
     if (m_loadStatus == ost::SettingsLoadStatus::Unreadable)
         m_unreadable = file;
+    Read(settings);
+    return m_loadStatus;
+}
+
+bool FileHistory::Save(const std::filesystem::path& file) const
+{
+    std::error_code ignored;
+    if (!m_unreadable.empty() && (file.lexically_normal() == m_unreadable.lexically_normal() ||
+                                  std::filesystem::equivalent(file, m_unreadable, ignored)))
+        return false;
+    ost::SettingsFile settings;
+    Write(settings);
+    return settings.Save(file);
+}
+
+// One section per path, "File0" the most recent; "Path" first, then the record's keys.
+void FileHistory::Read(const ost::SettingsFile& settings)
+{
+    m_entries.clear();
     for (const std::string& section : settings.Sections()) {
         if (!section.starts_with("File"))
             continue;
@@ -100,16 +117,11 @@ ost::SettingsLoadStatus FileHistory::Load(const std::filesystem::path& file)
         m_entries.emplace_back(*path, std::move(record));
     }
     Trim();
-    return m_loadStatus;
 }
 
-bool FileHistory::Save(const std::filesystem::path& file) const
+void FileHistory::Write(ost::SettingsFile& settings) const
 {
-    std::error_code ignored;
-    if (!m_unreadable.empty() && (file.lexically_normal() == m_unreadable.lexically_normal() ||
-                                  std::filesystem::equivalent(file, m_unreadable, ignored)))
-        return false;
-    ost::SettingsFile settings;
+    settings.Clear();
     int index = 0;
     for (const auto& [path, record] : m_entries) {
         const std::string section = "File" + std::to_string(index++);
@@ -117,7 +129,6 @@ bool FileHistory::Save(const std::filesystem::path& file) const
         for (const auto& [key, value] : record.Values())
             settings.SetText(section, key, value);
     }
-    return settings.Save(file);
 }
 
 std::filesystem::path FileHistory::DefaultFile()

@@ -53,6 +53,10 @@ public:
     /// Load found Unreadable: the history in it was never seen, and writing this one would
     /// lose it.
     bool Save(const std::filesystem::path& file) const;
+    /// The history held by settings read from a file; damaged entries are skipped.
+    void Read(const ost::SettingsFile& settings);
+    /// Replaces the contents of `settings` with the history, as Save writes it.
+    void Write(ost::SettingsFile& settings) const;
     /// What the last Load found; FirstRun before any.
     ost::SettingsLoadStatus LoadStatus() const { return m_loadStatus; }
     /// The errno value that made the last Load Unreadable; 0 otherwise.

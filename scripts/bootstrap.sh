@@ -8,6 +8,7 @@ packages=(
     qt6-base-dev qt6-base-dev-tools qt6-charts-dev libqt6opengl6-dev libgl-dev
     libfreeimage-dev libgtest-dev libgmock-dev libbenchmark-dev
     clang-format xvfb xauth imagemagick fonts-dejavu-core python3
+    clang libclang-rt-14-dev
 )
 
 missing=()
