@@ -315,7 +315,7 @@ void MainWindow::RestoreFileProperties(TableDocument&, FileFormat& format)
 
 void MainWindow::WarningsChanged()
 {
-    m_warnings->Show(m_document.Warnings());
+    m_warnings->Show(m_document.Warnings(), m_document.IsUnicode());
 }
 
 bool MainWindow::ChooseSavePath(std::string& path)
@@ -424,7 +424,7 @@ void MainWindow::RefreshCaption()
 void MainWindow::RefreshAll()
 {
     RefreshCaption();
-    m_warnings->Show(m_document.Warnings());
+    m_warnings->Show(m_document.Warnings(), m_document.IsUnicode());
     m_warnings->setVisible(m_warningsVisible);
     m_editor->setVisible(m_multiline);
     m_grid->Refresh();

@@ -2,6 +2,7 @@
 
 #include "app/command_ids.h"
 #include "document/table_document.h"
+#include "editing/warning_text.h"
 
 #include <QHBoxLayout>
 #include <QListWidget>
@@ -47,15 +48,11 @@ WarningsPane::WarningsPane(QWidget* parent) : QDockWidget(QStringLiteral("Warnin
             [this] { emit CommandChosen(cmd::kGoToWarning); });
 }
 
-void WarningsPane::Show(const std::vector<CSV_Warning>& warnings)
+void WarningsPane::Show(const std::vector<CSV_Warning>& warnings, bool unicodeDocument)
 {
     m_list->clear();
-    for (const CSV_Warning& warning : warnings) {
-        QString text = QString::fromStdString(warning.message);
-        if (warning.row >= 0)
-            text = QStringLiteral("Row %1: %2").arg(warning.row + 1).arg(text);
-        m_list->addItem(text);
-    }
+    for (const CSV_Warning& warning : warnings)
+        m_list->addItem(QString::fromStdString(WarningLineText(warning, unicodeDocument)));
 }
 
 int WarningsPane::CurrentWarningRow(const TableDocument& document) const
@@ -77,7 +74,7 @@ void WarningsPane::DismissCurrent(TableDocument& document)
     document.ClearWarnings();
     for (CSV_Warning& warning : rest)
         document.AddWarning(std::move(warning.message), warning.row, std::move(warning.extraData));
-    Show(document.Warnings());
+    Show(document.Warnings(), document.IsUnicode());
     m_list->setCurrentRow(std::min(index, m_list->count() - 1));
 }
 

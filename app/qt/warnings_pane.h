@@ -21,7 +21,8 @@ public:
     explicit WarningsPane(QWidget* parent = nullptr);
 
     /// Lists the warnings as "Row n: message" (just the message when no row goes with it).
-    void Show(const std::vector<CSV_Warning>& warnings);
+    /// `unicodeDocument`: how the warnings' extra data is encoded (see WarningLineText).
+    void Show(const std::vector<CSV_Warning>& warnings, bool unicodeDocument);
     /// The row (storage index) of the chosen warning; -1 when none is chosen, the warning
     /// names no row, or its row is gone.
     int CurrentWarningRow(const TableDocument& document) const;
