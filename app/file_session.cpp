@@ -10,6 +10,7 @@
 #include "editing/tool_context.h"
 #include "ostrand/codepage/code_page.h"
 #include "ostrand/core/user_interface.h"
+#include "view/sort_method_guess.h"
 
 #include <system_error>
 
@@ -101,7 +102,9 @@ void FileSession::AfterLoad()
 void FileSession::RestoreFileProperties(FileFormat& format)
 {
     bool multiline = m_host.MultilineEditing();
-    quirnel::RestoreFileProperties(m_history, m_document, format, multiline);
+    // A file seen before keeps the sort methods it had; a new one gets them from its cells.
+    if (!quirnel::RestoreFileProperties(m_history, m_document, format, multiline))
+        GuessSortMethods(m_document.Table());
     if (multiline != m_host.MultilineEditing())
         m_host.SetMultilineEditing(multiline);
 }

@@ -122,6 +122,28 @@ private slots:
         QVERIFY(found);
     }
 
+    void FirstOpenGuessesSortMethodsAndRememberedOnesWin()
+    {
+        const QString file = Path(QStringLiteral("kinds.csv"));
+        QVERIFY(WriteBytes(file, "Units,When,Size,Mixed\r\n12,2024-03-01,3 KB,7\r\n"
+                                 "4,2024-03-02,1.5 MB,seven\r\n30,,12 bytes,\r\n"));
+        {
+            auto window = NewWindow();
+            QVERIFY(window->OpenPath(file.toStdString()));
+            TableControl& table = window->Document().Table();
+            QCOMPARE(table.Column(1).sortMethod, kSortNumeric);
+            QCOMPARE(table.Column(2).sortMethod, kSortDateTime);
+            QCOMPARE(table.Column(3).sortMethod, kSortMemory);
+            QCOMPARE(table.Column(4).sortMethod, kSortTextNoCase);
+            // The user's own choice is what the file keeps from now on.
+            table.SetColumnSortMethod(1, kSortTextCase);
+            window->close();
+        }
+        auto window = NewWindow();
+        QVERIFY(window->OpenPath(file.toStdString()));
+        QCOMPARE(window->Document().Table().Column(1).sortMethod, kSortTextCase);
+    }
+
     void PreferencesRoundTripThroughSettingsFile()
     {
         {
