@@ -200,8 +200,11 @@ public:
     virtual ~TextMeasurer() = default;
     virtual int TextWidth(std::string_view systemText) = 0;
     virtual int TextWidthWide(std::u16string_view text) = 0;
+    /// What a cell draws around its text, left and right together.
     virtual int CellPadding() = 0;
-    virtual int AverageCharWidth() = 0;
+    /// The mean advance of the digits and lowercase letters, which is what cell texts are
+    /// mostly made of; a font's own average is often narrower than real text.
+    virtual double AverageCharWidth() = 0;
 };
 
 /// What the control asks of, and tells, the window that owns it. Every hook has a harmless

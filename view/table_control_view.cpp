@@ -146,12 +146,15 @@ void TableControl::DefaultWidths()
 void TableControl::ApplyInitialWidths(std::span<const int> longestLength, int screenWidth,
                                       int viewWidth)
 {
-    const int charWidth = m_measurer ? std::max(1, m_measurer->AverageCharWidth()) : 10;
+    const double charWidth = m_measurer ? std::max(1.0, m_measurer->AverageCharWidth()) : 10.0;
+    // The cell draws its text inside a padding; without it the longest text would be cut.
+    const int padding = m_measurer ? m_measurer->CellPadding() : 0;
     const int columns = std::min(ColumnCount(), static_cast<int>(longestLength.size()));
     for (int c = 1; c < columns; ++c) {
         TableColumn& column = m_columns[static_cast<std::size_t>(c)];
         int longest = std::max(0, longestLength[static_cast<std::size_t>(c)]);
-        int width = static_cast<int>(std::lround(std::min(longest, 80) * charWidth * 1.12));
+        int width =
+            static_cast<int>(std::lround(std::min(longest, 80) * charWidth * 1.12)) + padding;
         width = std::max(width, kMinColumnWidth);
         if (screenWidth > 0)
             width = std::min(width, screenWidth / 2);

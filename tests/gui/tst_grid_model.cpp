@@ -6,8 +6,10 @@
 #include <QHeaderView>
 #include <QMenu>
 #include <QSignalSpy>
+#include <QStyle>
 #include <QtTest>
 
+#include <cstring>
 #include <memory>
 
 using namespace quirnel;
@@ -59,6 +61,7 @@ private slots:
     void cellMenuHandsOwnerCommandsOn();
     void alternatingRowsAndDividersFollowTheTriStates();
     void indexColumnAndFontSize();
+    void initialWidthsShowTheLongestTextWhole();
 
 private:
     std::unique_ptr<TableControl> m_table;
@@ -314,6 +317,43 @@ void TestGridModel::indexColumnAndFontSize()
     QCOMPARE(m_view->font().pointSize(), 18);
     m_view->SetFontSize(GridFontSize::Tiny);
     QCOMPARE(m_view->font().pointSize(), 7);
+}
+
+void TestGridModel::initialWidthsShowTheLongestTextWhole()
+{
+    TableControl table;
+    const char* const texts[] = {"404812", "2005-01-17", "Widget", "9,999.99"};
+    for (int c = 0; c < 4; ++c) {
+        TableColumn column;
+        column.headerText = "c";
+        table.AddColumn(column);
+    }
+    table.SetRowCount(1);
+    std::vector<int> longest{0};
+    for (int c = 0; c < 4; ++c) {
+        table.SetCellText8(0, c + 1, texts[c]);
+        longest.push_back(static_cast<int>(std::strlen(texts[c])));
+    }
+    for (GridFontSize size : {GridFontSize::Tiny, GridFontSize::Normal, GridFontSize::Huge}) {
+        GridView view(table);
+        view.SetFontSize(size);
+        for (int c = 1; c <= 4; ++c)
+            table.MutableColumn(c).width = 20;
+        table.ApplyInitialWidths(longest, 4000, 0);
+        const QFontMetrics metrics(view.font());
+        // What the cell draws around its text: a focus-frame margin and one pixel each side.
+        const int margins =
+            2 * (view.style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, &view) + 1);
+        for (int c = 1; c <= 4; ++c) {
+            const int needed =
+                metrics.horizontalAdvance(QString::fromLatin1(texts[c - 1])) + margins;
+            QVERIFY2(table.Column(c).width >= needed,
+                     qPrintable(QStringLiteral("%1: %2 < %3")
+                                    .arg(QString::fromLatin1(texts[c - 1]))
+                                    .arg(table.Column(c).width)
+                                    .arg(needed)));
+        }
+    }
 }
 
 QTEST_MAIN(TestGridModel)

@@ -206,7 +206,7 @@ public:
         return 7 * static_cast<int>(text.size());
     }
     int CellPadding() override { return 6; }
-    int AverageCharWidth() override { return 8; }
+    double AverageCharWidth() override { return 7.5; }
 };
 
 TEST(TableWidths, NaturalWidthAndTheTwentyPixelFloor)
@@ -242,6 +242,22 @@ TEST(TableWidths, MaximizeIsCappedAtHalfTheClientWidth)
     EXPECT_EQ(table.Column(1).width, 20);
     table.DefaultWidths();
     EXPECT_EQ(table.Column(1).width, 100);
+}
+
+TEST(TableWidths, InitialWidthAddsTheCellPaddingToTheMeasuredText)
+{
+    TableControl table;
+    FixedMeasurer measurer;
+    table.SetTextMeasurer(&measurer);
+    Fill(table, {"n", "d"}, {});
+    table.MutableColumn(1).width = 0;
+    table.MutableColumn(2).width = 0;
+    std::vector<int> longest{0, 6, 10};
+    table.ApplyInitialWidths(longest, 1000, 0);
+    // 6 x 7.5 x 1.12 = 50.4, plus the padding of 6; the fraction of a pixel is not dropped
+    // per character.
+    EXPECT_EQ(table.Column(1).width, 50 + 6);
+    EXPECT_EQ(table.Column(2).width, 84 + 6);
 }
 
 TEST(TableWidths, InitialWidthsOnlyWidenAndShareSpareRoom)

@@ -31,7 +31,11 @@ public:
             QString::fromUtf16(text.data(), static_cast<qsizetype>(text.size())));
     }
     int CellPadding() override { return 12; }
-    int AverageCharWidth() override { return Metrics().averageCharWidth(); }
+    double AverageCharWidth() override
+    {
+        static const QString sample = QStringLiteral("0123456789abcdefghijklmnopqrstuvwxyz");
+        return Metrics().horizontalAdvance(sample) / static_cast<double>(sample.size());
+    }
 
 private:
     QFontMetrics Metrics() const { return QFontMetrics(m_view.font()); }
