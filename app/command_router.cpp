@@ -99,7 +99,7 @@ bool CommandRouter::Route(int id, bool run) const
     case cmd::kExploreFolder:
         return go([&] { shell.ExploreFolder(); });
     case cmd::kPreferences:
-        return go([&] { shell.Preferences(); });
+        return go([&] { shell.EditPreferences(); });
     case cmd::kAssociateFileType:
         return go([&] { shell.AssociateFileType(); });
     case cmd::kCustomizeToolbar:

@@ -29,7 +29,7 @@ public:
     /// Position in the character-set choices.
     virtual void SetCharacterSet(int position) = 0;
     virtual void ExploreFolder() = 0;
-    virtual void Preferences() = 0;
+    virtual void EditPreferences() = 0;
     virtual void AssociateFileType() = 0;
     virtual void CustomizeToolbar() = 0;
     virtual void ToggleToolbar() = 0;

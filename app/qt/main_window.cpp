@@ -579,7 +579,7 @@ void MainWindow::ExploreFolder()
     QDesktopServices::openUrl(QUrl::fromLocalFile(folder));
 }
 
-void MainWindow::Preferences()
+void MainWindow::EditPreferences()
 {
     TableControl& table = m_document.Table();
     PreferencesRequest request =

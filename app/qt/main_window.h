@@ -109,7 +109,7 @@ public:
     TableDocument& Document() { return m_document; }
     FileSession& Session() { return m_session; }
     ost::QtUserInterface& Ui() { return m_ui; }
-    quirnel::Preferences& Prefs() { return m_prefs; }
+    Preferences& Prefs() { return m_prefs; }
     DocumentFrameSettings& Frame() { return m_frame; }
     FileHistory& History() { return m_history; }
     TablePane* Grid() const { return m_grid; }
@@ -146,7 +146,7 @@ private:
     void FileProperties() override { m_session.RunFileProperties(); }
     void SetCharacterSet(int position) override { m_session.SetCharacterSet(position); }
     void ExploreFolder() override;
-    void Preferences() override;
+    void EditPreferences() override;
     void AssociateFileType() override;
     void CustomizeToolbar() override;
     void ToggleToolbar() override;
@@ -191,7 +191,7 @@ private:
     MainWindowOptions m_options;
     ost::QtUserInterface m_ui;
     TableDocument m_document;
-    quirnel::Preferences m_prefs;
+    Preferences m_prefs;
     DocumentFrameSettings m_frame;
     WindowPlacement m_placement;
     ost::SettingsFile m_settings;

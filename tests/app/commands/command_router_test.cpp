@@ -34,7 +34,7 @@ public:
         calls.push_back("SetCharacterSet " + std::to_string(position));
     }
     void ExploreFolder() override { calls.push_back("ExploreFolder"); }
-    void Preferences() override { calls.push_back("Preferences"); }
+    void EditPreferences() override { calls.push_back("EditPreferences"); }
     void AssociateFileType() override { calls.push_back("AssociateFileType"); }
     void CustomizeToolbar() override { calls.push_back("CustomizeToolbar"); }
     void ToggleToolbar() override { calls.push_back("ToggleToolbar"); }
