@@ -3,9 +3,11 @@
 #include "app/command_ids.h"
 #include "app/menu_model.h"
 #include "document/table_document.h"
+#include "editing/export_html.h"
 #include "editing/row_commands.h"
 #include "editing/table_commands.h"
 #include "editing/tool_context.h"
+#include "editing/trim_commands.h"
 #include "view/table_control.h"
 
 namespace quirnel {
@@ -163,6 +165,12 @@ bool CommandRouter::Route(int id, bool run) const
         });
     case cmd::kTableStatistics:
         return go([&] { TableStatisticsCommand(tools); });
+    case cmd::kExportToHtml:
+        return go([&] { ExportToHtmlCommand(tools); });
+    case cmd::kTrimWhitespace:
+        return go([&] { TrimWhitespaceCommand(tools); });
+    case cmd::kTrimColumnWhitespace:
+        return go([&] { TrimColumnWhitespaceCommand(tools); });
 
     case cmd::kRowMenu:
     case cmd::kColumnMenu:
@@ -222,6 +230,7 @@ bool CommandRouter::HandlesGridCommand(int command) const
     switch (static_cast<GridCommand>(command)) {
     case GridCommand::CopyCellText:
     case GridCommand::DeleteAllRows:
+    case GridCommand::TrimColumnWhitespace:
         return true;
     default:
         break;
@@ -239,6 +248,10 @@ bool CommandRouter::DispatchGridCommand(int command, int /*argument*/, int row, 
     case GridCommand::DeleteAllRows:
         DeleteAllRowsCommand(m_tools);
         m_shell.RefreshStates();
+        return true;
+    case GridCommand::TrimColumnWhitespace:
+        // From the header menu: the column clicked, which need not be the current one.
+        TrimColumnWhitespaceCommand(m_tools, column);
         return true;
     default:
         break;

@@ -40,10 +40,6 @@ struct Preferences : EditingPreferences
     int graphDivision = 0;
     bool graphTitleUsed = false;
     std::u16string graphTitle;
-    bool exportHtmlTo = true;
-    std::u16string exportHtmlFilepath;
-    bool printSizeUsed = false;
-    double printSize = 10.0;
 };
 
 /// The document frame's keys: the last document and folder, and the file switches.

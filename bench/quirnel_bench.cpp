@@ -4,8 +4,11 @@
 #include "document/csv_saver.h"
 #include "document/file_system.h"
 #include "document/table_document.h"
+#include "editing/export_html.h"
 #include "editing/row_commands.h"
+#include "editing/scope_dialog.h"
 #include "editing/tool_context.h"
+#include "editing/trim_commands.h"
 #include "ostrand/core/clipboard.h"
 #include "ostrand/core/user_interface.h"
 
@@ -55,6 +58,8 @@ class NoDialogs : public quirnel::EditingDialogs
 {
 public:
     bool JumpToRow(quirnel::JumpToRowRequest&) override { return false; }
+    bool Scope(quirnel::ScopeRequest&) override { return false; }
+    bool ExportHtml(quirnel::ExportHtmlRequest&) override { return false; }
 };
 
 class NoClipboard : public ost::Clipboard
@@ -76,6 +81,7 @@ public:
     void MarkModified() override {}
     bool RunNewFile() override { return false; }
     bool RunOpenFile() override { return false; }
+    bool OpenWithDefaultProgram(const std::string&) override { return false; }
 };
 
 /// The same sequence every run, so that shuffles compare between runs.
@@ -214,6 +220,53 @@ bool TimeRowCommand(const char* name, const std::string& path, Prepare prepare, 
     return true;
 }
 
+/// Trim Whitespace over the entire table with every option on, then the table written as an
+/// HTML file; both on the file as loaded.
+bool TimeTrimAndExport(const std::string& path)
+{
+    SilentUi loadUi;
+    quirnel::TableDocument document(loadUi);
+    quirnel::FileFormat format;
+    format.path = path;
+    if (!quirnel::LoadCsvFile(document, format, "quirnel-bench"))
+        return false;
+    const std::string target = (std::filesystem::temp_directory_path() /
+                                ("quirnel-bench-" + std::to_string(::getpid()) + ".html"))
+                                   .string();
+    auto start = std::chrono::steady_clock::now();
+    const quirnel::HtmlFileResult html = quirnel::WriteHtmlFile(document, target, 0);
+    const double exportSeconds = SecondsSince(start);
+    std::error_code error;
+    std::filesystem::remove(target, error);
+    if (!html.ok)
+        return false;
+
+    class WholeTable : public NoDialogs
+    {
+    public:
+        bool Scope(quirnel::ScopeRequest& request) override
+        {
+            request.scope = quirnel::kScopeTable;
+            for (quirnel::ScopeOption& option : request.options)
+                option.checked = true;
+            return true;
+        }
+    } dialogs;
+    AgreeingUi ui;
+    NoClipboard clipboard;
+    IdleHost host;
+    quirnel::EditingPreferences prefs;
+    FixedRandom random;
+    quirnel::EditingState state;
+    quirnel::ToolContext context{document, ui, dialogs, clipboard, host, prefs, random, state};
+    start = std::chrono::steady_clock::now();
+    quirnel::TrimWhitespaceCommand(context);
+    std::printf("trim_s %.3f s\n", SecondsSince(start));
+    std::printf("export_html_s %.3f s\n", exportSeconds);
+    std::printf("export_html_mb %.1f MB\n", static_cast<double>(html.bytes) / 1e6);
+    return true;
+}
+
 /// Selects every `step`-th row, starting at row 0, with the focus in the first of them.
 void SelectEvery(quirnel::TableControl& table, int step)
 {
@@ -293,7 +346,8 @@ int main(int argc, char** argv)
     if (!TimeRowCommand("delete_rows_s", path, every(2), quirnel::DeleteRowsCommand) ||
         !TimeRowCommand("duplicate_rows_s", path, every(10), quirnel::DuplicateRowsCommand) ||
         !TimeRowCommand("dedup_s", path, focusOnly, quirnel::DeduplicateRowsCommand) ||
-        !TimeRowCommand("shuffle_s", path, focusOnly, quirnel::ShuffleRowsCommand))
+        !TimeRowCommand("shuffle_s", path, focusOnly, quirnel::ShuffleRowsCommand) ||
+        !TimeTrimAndExport(path))
         return 2;
     return 0;
 }

@@ -15,7 +15,9 @@ class UserInterface;
 namespace quirnel {
 
 class TableDocument;
+struct ExportHtmlRequest;
 struct JumpToRowRequest;
+struct ScopeRequest;
 
 /// One virtual per dialog of the editing commands. Each takes a request that carries the
 /// defaults in and the user's choices out; false means the user cancelled.
@@ -24,6 +26,10 @@ class EditingDialogs
 public:
     virtual ~EditingDialogs() = default;
     virtual bool JumpToRow(JumpToRowRequest& request) = 0;
+    /// The scope question of the editing tools, with the tool's own options.
+    virtual bool Scope(ScopeRequest& request) = 0;
+    /// "Export HTML": clipboard or file, and the file's path.
+    virtual bool ExportHtml(ExportHtmlRequest& request) = 0;
 };
 
 /// What only the window can do for a command.
@@ -48,6 +54,8 @@ public:
     /// cancelled or the action failed.
     virtual bool RunNewFile() = 0;
     virtual bool RunOpenFile() = 0;
+    /// Opens the file with the desktop's default program for its type; false when that failed.
+    virtual bool OpenWithDefaultProgram(const std::string& path) = 0;
 };
 
 /// The "Settings" values editing commands read and write. The application's preferences
@@ -65,6 +73,12 @@ struct EditingPreferences
     bool copyRowsNoColumnNames = false;
     int pasteRowsLocation = 0;
     int scope = 1;
+    /// Export to HTML: true for a file, false for the clipboard; and the file's path.
+    bool exportHtmlTo = true;
+    std::u16string exportHtmlFilepath;
+    /// Print: whether the font size is given, and the size in points.
+    bool printSizeUsed = false;
+    double printSize = 10.0;
 };
 
 /// Where shuffles get their randomness; tests give a fixed sequence.

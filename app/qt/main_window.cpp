@@ -477,6 +477,11 @@ bool MainWindow::RunNewFile()
     return m_session.RunNewFile() && m_document.FileOpen();
 }
 
+bool MainWindow::OpenWithDefaultProgram(const std::string& path)
+{
+    return QDesktopServices::openUrl(QUrl::fromLocalFile(QString::fromStdString(path)));
+}
+
 DocumentState MainWindow::CurrentState() const
 {
     DocumentState state;

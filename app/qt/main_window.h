@@ -166,6 +166,7 @@ private:
     void MarkModified() override;
     bool RunNewFile() override;
     bool RunOpenFile() override { return m_session.RunOpenFile(); }
+    bool OpenWithDefaultProgram(const std::string& path) override;
 
     // What the file session asks of the window.
     void BeginTableReset() override;

@@ -1,12 +1,26 @@
 #include "editing/qt/qt_editing_dialogs.h"
 
+#include "editing/qt/export_html_dialog.h"
 #include "editing/qt/jump_to_row_dialog.h"
+#include "editing/qt/scope_dialog_widget.h"
 
 namespace quirnel {
 
 bool QtEditingDialogs::JumpToRow(JumpToRowRequest& request)
 {
     JumpToRowDialog dialog(request, m_parent);
+    return dialog.exec() == QDialog::Accepted;
+}
+
+bool QtEditingDialogs::Scope(ScopeRequest& request)
+{
+    ScopeDialogWidget dialog(request, m_parent);
+    return dialog.exec() == QDialog::Accepted;
+}
+
+bool QtEditingDialogs::ExportHtml(ExportHtmlRequest& request)
+{
+    ExportHtmlDialog dialog(request, m_parent);
     return dialog.exec() == QDialog::Accepted;
 }
 

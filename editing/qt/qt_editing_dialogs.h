@@ -15,6 +15,8 @@ public:
     explicit QtEditingDialogs(QWidget* parent = nullptr) : m_parent(parent) {}
 
     bool JumpToRow(JumpToRowRequest& request) override;
+    bool Scope(ScopeRequest& request) override;
+    bool ExportHtml(ExportHtmlRequest& request) override;
 
 private:
     QPointer<QWidget> m_parent;

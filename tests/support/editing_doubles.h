@@ -4,7 +4,9 @@
 // random sequence, and a fixture holding a small document with all of them wired.
 
 #include "document/table_document.h"
+#include "editing/export_html.h"
 #include "editing/jump_to_row.h"
+#include "editing/scope_dialog.h"
 #include "editing/tool_context.h"
 #include "ostrand/core/clipboard.h"
 #include "tests/support/scripted_ui.h"
@@ -36,6 +38,8 @@ public:
     }
 
     bool JumpToRow(JumpToRowRequest& request) override { return Answer("JumpToRow", &request); }
+    bool Scope(ScopeRequest& request) override { return Answer("Scope", &request); }
+    bool ExportHtml(ExportHtmlRequest& request) override { return Answer("ExportHtml", &request); }
 
     void VerifyAllUsed()
     {
@@ -102,6 +106,11 @@ public:
     void MarkModified() override { ++modifiedMarks; }
     bool RunNewFile() override { return newFile ? newFile() : false; }
     bool RunOpenFile() override { return openFile ? openFile() : false; }
+    bool OpenWithDefaultProgram(const std::string& path) override
+    {
+        opened.push_back(path);
+        return openSucceeds;
+    }
 
     int commits = 0;
     bool busy = false;
@@ -111,6 +120,8 @@ public:
     int modifiedMarks = 0;
     std::function<bool()> newFile;
     std::function<bool()> openFile;
+    std::vector<std::string> opened;
+    bool openSucceeds = true;
 };
 
 class SequenceRandom : public RandomSource

@@ -64,7 +64,6 @@ struct RouterFixture : EditingFixture
 
 /// Commands of the table-editing work still to come; each shows disabled until it lands.
 const std::set<int> kNotYetBuilt = {
-    cmd::kExportToHtml,
     cmd::kCombineColumns,
     cmd::kCopyColumn,
     cmd::kCreateColumn,
@@ -79,7 +78,6 @@ const std::set<int> kNotYetBuilt = {
     cmd::kSearchColumn,
     cmd::kSearchColumnContinue,
     cmd::kSetEntireColumn,
-    cmd::kTrimColumnWhitespace,
     cmd::kCopyRows,
     cmd::kCutRows,
     cmd::kPasteRows,
@@ -91,7 +89,6 @@ const std::set<int> kNotYetBuilt = {
     cmd::kGraph,
     cmd::kImportCsvFile,
     cmd::kSpellCheckTable,
-    cmd::kTrimWhitespace,
     cmd::kPrint,
 };
 
@@ -109,6 +106,8 @@ TEST(CommandRouter, EveryCommandOfTheTableDispatchesOrShowsDisabled)
         {cmd::kDeleteRows, {"Delete Row", "Delete the current row?", ost::kButtonNo}},
         {cmd::kDeduplicateRows, {"Deduplicate Rows", "There are no duplicate rows.", 1}},
         {cmd::kBookmarkReturn, {nullptr, nullptr, 0}},
+        {cmd::kTrimColumnWhitespace,
+         {"Trim Column Whitespace", "No whitespace characters were found.", ost::kButtonOk}},
     };
     int walked = 0;
     for (const CommandSpec& command : CommandTable()) {
@@ -134,11 +133,31 @@ TEST(CommandRouter, EveryCommandOfTheTableDispatchesOrShowsDisabled)
                 EXPECT_EQ(request.rowText, "2");
                 return false;
             });
+        if (command.id == cmd::kExportToHtml)
+            f.dialogs.Expect<ExportHtmlRequest>("ExportHtml",
+                                                [](ExportHtmlRequest&) { return false; });
+        if (command.id == cmd::kTrimWhitespace)
+            f.dialogs.Expect<ScopeRequest>("Scope", [](ScopeRequest& request) {
+                EXPECT_EQ(request.entries[1], "Current row (2)");
+                return false;
+            });
         EXPECT_TRUE(f.router.Dispatch(command.id));
         EXPECT_TRUE(f.unknown.empty());
         ++walked;
     }
     EXPECT_GT(walked, 25);
+}
+
+TEST(CommandRouter, HeaderMenuTrimsTheColumnClickedNotTheCurrentOne)
+{
+    RouterFixture f;
+    f.document.SetCellText8(0, 2, " 2 ");
+    f.document.SetCellText8(0, 1, " b ");
+    ASSERT_TRUE(f.router.HandlesGridCommand(static_cast<int>(GridCommand::TrimColumnWhitespace)));
+    f.ui.Expect("Trim Column Whitespace", "2 whitespace characters were trimmed from 1 cell.");
+    f.router.DispatchGridCommand(static_cast<int>(GridCommand::TrimColumnWhitespace), -1, -1, 2);
+    EXPECT_EQ(f.document.CellText8(0, 2), "2");
+    EXPECT_EQ(f.document.CellText8(0, 1), " b ");
 }
 
 TEST(CommandRouter, RowCommandsChangeTheTable)
