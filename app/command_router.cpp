@@ -4,6 +4,7 @@
 #include "app/menu_model.h"
 #include "document/table_document.h"
 #include "editing/export_html.h"
+#include "editing/print_table.h"
 #include "editing/row_commands.h"
 #include "editing/table_commands.h"
 #include "editing/tool_context.h"
@@ -167,6 +168,8 @@ bool CommandRouter::Route(int id, bool run) const
         return go([&] { TableStatisticsCommand(tools); });
     case cmd::kExportToHtml:
         return go([&] { ExportToHtmlCommand(tools); });
+    case cmd::kPrint:
+        return go([&] { PrintCommand(tools); });
     case cmd::kTrimWhitespace:
         return go([&] { TrimWhitespaceCommand(tools); });
     case cmd::kTrimColumnWhitespace:

@@ -5,6 +5,7 @@
 #include "document/file_system.h"
 #include "document/table_document.h"
 #include "editing/export_html.h"
+#include "editing/print_table.h"
 #include "editing/row_commands.h"
 #include "editing/scope_dialog.h"
 #include "editing/tool_context.h"
@@ -60,6 +61,8 @@ public:
     bool JumpToRow(quirnel::JumpToRowRequest&) override { return false; }
     bool Scope(quirnel::ScopeRequest&) override { return false; }
     bool ExportHtml(quirnel::ExportHtmlRequest&) override { return false; }
+    bool PrintOptions(quirnel::PrintOptionsRequest&) override { return false; }
+    bool PrintSetup(quirnel::PrintJobRequest&) override { return false; }
 };
 
 class NoClipboard : public ost::Clipboard
@@ -82,6 +85,7 @@ public:
     bool RunNewFile() override { return false; }
     bool RunOpenFile() override { return false; }
     bool OpenWithDefaultProgram(const std::string&) override { return false; }
+    std::unique_ptr<quirnel::HtmlViewer> CreateHtmlViewer() override { return nullptr; }
 };
 
 /// The same sequence every run, so that shuffles compare between runs.

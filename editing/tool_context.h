@@ -5,6 +5,7 @@
 // runs the same under a test's scripted answers as in the editor.
 
 #include <cstdint>
+#include <memory>
 #include <string>
 
 namespace ost {
@@ -16,7 +17,10 @@ namespace quirnel {
 
 class TableDocument;
 struct ExportHtmlRequest;
+class HtmlViewer;
 struct JumpToRowRequest;
+struct PrintJobRequest;
+struct PrintOptionsRequest;
 struct ScopeRequest;
 
 /// One virtual per dialog of the editing commands. Each takes a request that carries the
@@ -30,6 +34,10 @@ public:
     virtual bool Scope(ScopeRequest& request) = 0;
     /// "Export HTML": clipboard or file, and the file's path.
     virtual bool ExportHtml(ExportHtmlRequest& request) = 0;
+    /// The "Print" options: the font size.
+    virtual bool PrintOptions(PrintOptionsRequest& request) = 0;
+    /// The system's print dialog: printer or file, copies, pages.
+    virtual bool PrintSetup(PrintJobRequest& request) = 0;
 };
 
 /// What only the window can do for a command.
@@ -56,6 +64,8 @@ public:
     virtual bool RunOpenFile() = 0;
     /// Opens the file with the desktop's default program for its type; false when that failed.
     virtual bool OpenWithDefaultProgram(const std::string& path) = 0;
+    /// A fresh HTML viewer for printing; nullptr when none can be made.
+    virtual std::unique_ptr<HtmlViewer> CreateHtmlViewer() = 0;
 };
 
 /// The "Settings" values editing commands read and write. The application's preferences

@@ -7,7 +7,7 @@ packages=(
     g++ cmake ninja-build pkg-config git
     qt6-base-dev qt6-base-dev-tools qt6-charts-dev libqt6opengl6-dev libgl-dev
     libfreeimage-dev libgtest-dev libgmock-dev libbenchmark-dev
-    clang-format xvfb xauth imagemagick fonts-dejavu-core python3
+    clang-format xvfb xauth imagemagick fonts-dejavu-core python3 poppler-utils
     clang libclang-rt-14-dev
 )
 

@@ -12,6 +12,8 @@
 #include "app/qt/toolbar_widgets.h"
 #include "app/qt/warnings_pane.h"
 #include "document/file_properties.h"
+#include "editing/print_table.h"
+#include "editing/qt/qt_html_viewer.h"
 #include "editing/table_commands.h"
 #include "ostrand/settings/settings_exchange.h"
 #include "ostrand/settings/settings_folder.h"
@@ -480,6 +482,11 @@ bool MainWindow::RunNewFile()
 bool MainWindow::OpenWithDefaultProgram(const std::string& path)
 {
     return QDesktopServices::openUrl(QUrl::fromLocalFile(QString::fromStdString(path)));
+}
+
+std::unique_ptr<HtmlViewer> MainWindow::CreateHtmlViewer()
+{
+    return std::make_unique<QtHtmlViewer>();
 }
 
 DocumentState MainWindow::CurrentState() const

@@ -167,6 +167,7 @@ private:
     bool RunNewFile() override;
     bool RunOpenFile() override { return m_session.RunOpenFile(); }
     bool OpenWithDefaultProgram(const std::string& path) override;
+    std::unique_ptr<HtmlViewer> CreateHtmlViewer() override;
 
     // What the file session asks of the window.
     void BeginTableReset() override;

@@ -2,6 +2,7 @@
 
 #include "editing/qt/export_html_dialog.h"
 #include "editing/qt/jump_to_row_dialog.h"
+#include "editing/qt/print_dialogs.h"
 #include "editing/qt/scope_dialog_widget.h"
 
 namespace quirnel {
@@ -22,6 +23,17 @@ bool QtEditingDialogs::ExportHtml(ExportHtmlRequest& request)
 {
     ExportHtmlDialog dialog(request, m_parent);
     return dialog.exec() == QDialog::Accepted;
+}
+
+bool QtEditingDialogs::PrintOptions(PrintOptionsRequest& request)
+{
+    PrintOptionsDialog dialog(request, m_parent);
+    return dialog.exec() == QDialog::Accepted;
+}
+
+bool QtEditingDialogs::PrintSetup(PrintJobRequest& request)
+{
+    return RunSystemPrintDialog(request, m_parent);
 }
 
 } // namespace quirnel

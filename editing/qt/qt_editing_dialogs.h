@@ -17,6 +17,8 @@ public:
     bool JumpToRow(JumpToRowRequest& request) override;
     bool Scope(ScopeRequest& request) override;
     bool ExportHtml(ExportHtmlRequest& request) override;
+    bool PrintOptions(PrintOptionsRequest& request) override;
+    bool PrintSetup(PrintJobRequest& request) override;
 
 private:
     QPointer<QWidget> m_parent;

@@ -6,6 +6,7 @@
 #include "document/table_document.h"
 #include "editing/export_html.h"
 #include "editing/jump_to_row.h"
+#include "editing/print_table.h"
 #include "editing/scope_dialog.h"
 #include "editing/tool_context.h"
 #include "ostrand/core/clipboard.h"
@@ -40,6 +41,11 @@ public:
     bool JumpToRow(JumpToRowRequest& request) override { return Answer("JumpToRow", &request); }
     bool Scope(ScopeRequest& request) override { return Answer("Scope", &request); }
     bool ExportHtml(ExportHtmlRequest& request) override { return Answer("ExportHtml", &request); }
+    bool PrintOptions(PrintOptionsRequest& request) override
+    {
+        return Answer("PrintOptions", &request);
+    }
+    bool PrintSetup(PrintJobRequest& request) override { return Answer("PrintSetup", &request); }
 
     void VerifyAllUsed()
     {
@@ -111,6 +117,10 @@ public:
         opened.push_back(path);
         return openSucceeds;
     }
+    std::unique_ptr<HtmlViewer> CreateHtmlViewer() override
+    {
+        return htmlViewer ? htmlViewer() : nullptr;
+    }
 
     int commits = 0;
     bool busy = false;
@@ -122,6 +132,7 @@ public:
     std::function<bool()> openFile;
     std::vector<std::string> opened;
     bool openSucceeds = true;
+    std::function<std::unique_ptr<HtmlViewer>()> htmlViewer;
 };
 
 class SequenceRandom : public RandomSource

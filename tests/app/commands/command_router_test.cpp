@@ -89,7 +89,6 @@ const std::set<int> kNotYetBuilt = {
     cmd::kGraph,
     cmd::kImportCsvFile,
     cmd::kSpellCheckTable,
-    cmd::kPrint,
 };
 
 TEST(CommandRouter, EveryCommandOfTheTableDispatchesOrShowsDisabled)
@@ -136,6 +135,9 @@ TEST(CommandRouter, EveryCommandOfTheTableDispatchesOrShowsDisabled)
         if (command.id == cmd::kExportToHtml)
             f.dialogs.Expect<ExportHtmlRequest>("ExportHtml",
                                                 [](ExportHtmlRequest&) { return false; });
+        if (command.id == cmd::kPrint)
+            f.dialogs.Expect<PrintOptionsRequest>("PrintOptions",
+                                                  [](PrintOptionsRequest&) { return false; });
         if (command.id == cmd::kTrimWhitespace)
             f.dialogs.Expect<ScopeRequest>("Scope", [](ScopeRequest& request) {
                 EXPECT_EQ(request.entries[1], "Current row (2)");
