@@ -3,6 +3,7 @@
 #include "ostrand/codepage/code_page.h"
 #include "view/table_control.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <memory>
@@ -130,11 +131,55 @@ void DecodeUtf8(std::string_view text, std::u32string& out)
     }
 }
 
-bool IsAscii(std::string_view text)
+/// ASCII bytes that go out as they are: everything below 0x80 but the escaped characters, line
+/// ends and spaces (which depend on their neighbours).
+struct PlainBytes
 {
-    for (char c : text)
-        if (static_cast<unsigned char>(c) >= 0x80)
+    bool plain[256] = {};
+    constexpr PlainBytes()
+    {
+        for (int c = 0; c < 0x80; ++c)
+            plain[c] = true;
+        for (unsigned char c : {'<', '>', '&', '"', '\'', '\r', '\n', ' '})
+            plain[c] = false;
+    }
+};
+constexpr PlainBytes kPlain;
+
+/// The escaping of 8-bit ASCII text, copying runs of plain bytes whole. False (with `out` as
+/// it was) when the text holds a byte beyond ASCII.
+bool EscapeAscii(std::string_view text, std::string& out)
+{
+    const std::size_t mark = out.size();
+    const char* p = text.data();
+    const std::size_t n = text.size();
+    std::size_t run = 0;
+    for (std::size_t i = 0; i < n; ++i) {
+        const auto c = static_cast<unsigned char>(p[i]);
+        if (kPlain.plain[c])
+            continue;
+        if (c >= 0x80) {
+            out.resize(mark);
             return false;
+        }
+        out.append(p + run, i - run);
+        // The special byte and what follows it are the general escaper's business, one
+        // character at a time (a space needs both neighbours, CR LF is one break).
+        std::size_t end = i + 1;
+        if (c == '\r' && end < n && p[end] == '\n')
+            ++end;
+        if (c == ' ') {
+            const bool lone = i > 0 && i + 1 < n && p[i - 1] != ' ' && p[i - 1] != '\r' &&
+                              p[i - 1] != '\n' && p[i + 1] != ' ' && p[i + 1] != '\r' &&
+                              p[i + 1] != '\n';
+            out += lone ? " " : "&nbsp;";
+        } else {
+            EscapeCodePoints(std::string_view(p + i, end - i), out);
+        }
+        run = end;
+        i = end - 1;
+    }
+    out.append(p + run, n - run);
     return true;
 }
 
@@ -150,10 +195,8 @@ public:
 
     void Append(std::string_view text, std::string& out)
     {
-        if (IsAscii(text)) {
-            EscapeCodePoints(text, out);
+        if (EscapeAscii(text, out))
             return;
-        }
         if (m_utf8) {
             DecodeUtf8(text, m_codePoints);
         } else {

@@ -47,6 +47,30 @@ template <typename Char> bool IsBlank(Char ch)
     return ch == Char(' ') || ch == Char('\t');
 }
 
+/// Whether TrimText would remove anything: one pass without copying, since most cells of a
+/// table have nothing to trim.
+template <typename Char> bool NeedsTrim(std::basic_string_view<Char> text, int mask)
+{
+    const std::size_t n = text.size();
+    if (n == 0)
+        return false;
+    if ((mask & 1) && IsBlank(text[0]))
+        return true;
+    if ((mask & 2) && IsBlank(text[n - 1]))
+        return true;
+    if (!(mask & (4 | 8)))
+        return false;
+    for (std::size_t i = 1; i < n; ++i) {
+        const Char ch = text[i];
+        if ((mask & 8) && ch == Char(' ') && text[i - 1] == Char(' '))
+            return true;
+        if ((mask & 4) && (ch == Char('\n') || ch == Char('\r')) && IsBlank(text[i - 1]))
+            return true;
+    }
+    // A blank at the very end is a line end's too.
+    return (mask & 4) && IsBlank(text[n - 1]);
+}
+
 template <typename Char>
 std::basic_string<Char> TrimText(std::basic_string_view<Char> text, int mask)
 {
@@ -1114,6 +1138,8 @@ int TableControl::TrimCell(int row, int column, int mask)
         return -1;
     if (IsWide(*ref)) {
         std::u16string_view text = m_store->pool.View16(*ref);
+        if (!NeedsTrim(text, mask))
+            return 0;
         std::u16string trimmed = TrimText(text, mask);
         int removed = static_cast<int>(text.size() - trimmed.size());
         if (removed > 0)
@@ -1121,6 +1147,8 @@ int TableControl::TrimCell(int row, int column, int mask)
         return removed;
     }
     std::string_view text = m_store->pool.View8(*ref);
+    if (!NeedsTrim(text, mask))
+        return 0;
     std::string trimmed = TrimText(text, mask);
     int removed = static_cast<int>(text.size() - trimmed.size());
     if (removed > 0)

@@ -99,6 +99,29 @@ TEST(HtmlText, CellsCannotBecomeMarkup)
     }
 }
 
+TEST(HtmlText, EightBitAndWideCellsEscapeAlike)
+{
+    // The 8-bit path copies runs of plain bytes; it must agree with the general escaper on
+    // every mix of specials, spaces and line ends.
+    const char alphabet[] = {'a', ' ', ' ', '\r', '\n', '<', '&', '"', '\'', '\t', 'z'};
+    std::uint32_t seed = 7;
+    for (int round = 0; round < 2000; ++round) {
+        std::string text;
+        const int length = static_cast<int>(seed % 9);
+        for (int i = 0; i < length; ++i) {
+            seed = seed * 1664525u + 1013904223u;
+            text.push_back(alphabet[(seed >> 16) % sizeof alphabet]);
+        }
+        seed = seed * 1664525u + 1013904223u;
+        TableControl eight;
+        Fill(eight, {"c"}, {{text.c_str()}});
+        TableControl wide;
+        Fill(wide, {"c"}, {{""}});
+        wide.SetCellText16(0, 1, std::u16string(text.begin(), text.end()));
+        ASSERT_EQ(HtmlTable(eight, {}), HtmlTable(wide, {})) << "cell: " << text;
+    }
+}
+
 TEST(HtmlText, EightBitCellsAreReadInTheirCodePage)
 {
     TableControl table;

@@ -8,6 +8,7 @@
 #include "ostrand/core/user_interface.h"
 #include "ostrand/settings/settings_file.h"
 #include "ostrand/settings/settings_folder.h"
+#include "view/html_table_writer.h"
 
 #include <algorithm>
 #include <charconv>
@@ -25,6 +26,7 @@ const char kUsage[] =
     "usage: quirnel-csv dump-json FILE [options]\n"
     "       quirnel-csv check FILE [options]\n"
     "       quirnel-csv normalize IN OUT [options] [--backups N]\n"
+    "       quirnel-csv export-html FILE OUT [options] [--font-size N]\n"
     "options: --sep auto|comma|tab|semicolon|bar  --no-column-names  --backslash-escape\n"
     "         --ignore-comments  --code-page N  --no-warn-too-few\n"
     "normalize rewrites IN into OUT; when OUT is IN it keeps \".bk\" backups as the editor\n"
@@ -264,22 +266,74 @@ std::string DocumentJson(const TableDocument& document)
     return json;
 }
 
+namespace {
+
+/// Takes "--font-size N" (points, above 0) out of the arguments.
+bool TakeFontSize(std::vector<std::string>& args, double& size, std::string& err)
+{
+    for (std::size_t i = 0; i < args.size(); ++i) {
+        if (args[i] != "--font-size")
+            continue;
+        const char* text = i + 1 < args.size() ? args[i + 1].c_str() : "";
+        char* end = nullptr;
+        size = std::strtod(text, &end);
+        if (!*text || *end || !(size > 0 && size < 1000)) {
+            err += "quirnel-csv: --font-size needs a size in points\n";
+            return false;
+        }
+        args.erase(args.begin() + static_cast<std::ptrdiff_t>(i),
+                   args.begin() + static_cast<std::ptrdiff_t>(i + 2));
+        return true;
+    }
+    return true;
+}
+
+/// The loaded table as the editor's HTML export writes it.
+int ExportHtml(const TableDocument& document, const std::string& path, double fontSize,
+               std::string& err)
+{
+    std::FILE* file = std::fopen(path.c_str(), "wb");
+    if (!file) {
+        err += "quirnel-csv: " + path + ": cannot be created\n";
+        return 2;
+    }
+    HtmlTableOptions options;
+    options.fontSize = fontSize;
+    options.codePage = document.Format().codePage;
+    const bool written = WriteHtmlTable(document.Table(), options, [file](std::string_view piece) {
+        return std::fwrite(piece.data(), 1, piece.size(), file) == piece.size();
+    });
+    if (std::fclose(file) != 0 || !written) {
+        err += "quirnel-csv: " + path + ": could not be written\n";
+        return 2;
+    }
+    return 0;
+}
+
+} // namespace
+
 int RunCsvTool(const std::vector<std::string>& args, std::string& out, std::string& err)
 {
     if (!args.empty() && (args[0] == "--help" || args[0] == "-h")) {
         out += kUsage;
         return 0;
     }
+    const bool exportHtml = !args.empty() && args[0] == "export-html";
     const bool known =
-        !args.empty() && (args[0] == "dump-json" || args[0] == "check" || args[0] == "normalize");
-    const std::size_t paths = !args.empty() && args[0] == "normalize" ? 2 : 1;
+        exportHtml ||
+        (!args.empty() && (args[0] == "dump-json" || args[0] == "check" || args[0] == "normalize"));
+    const std::size_t paths = !args.empty() && (args[0] == "normalize" || exportHtml) ? 2 : 1;
     if (!known || args.size() < 1 + paths) {
         err += kUsage;
         return 2;
     }
     ToolOptions options;
     options.format.path = args[1];
-    if (!ParseOptions(args, 1 + paths, options, err))
+    std::vector<std::string> rest = args;
+    double fontSize = 0;
+    if (exportHtml && !TakeFontSize(rest, fontSize, err))
+        return 2;
+    if (!ParseOptions(rest, 1 + paths, options, err))
         return 2;
     FileFormat& format = options.format;
 
@@ -297,6 +351,8 @@ int RunCsvTool(const std::vector<std::string>& args, std::string& out, std::stri
         out += DocumentJson(document);
         return 0;
     }
+    if (exportHtml)
+        return ExportHtml(document, args[2], fontSize, err);
     if (args[0] == "check") {
         for (const CSV_Warning& warning : document.Warnings()) {
             if (warning.row >= 0)
