@@ -312,6 +312,20 @@ TEST_F(SettingsFileOnDisk, UnreadableFileIsLeftAlone)
               "is.\r\n\r\nPermission denied");
 }
 
+TEST_F(SettingsFileOnDisk, SaveThroughALinkKeepsTheLink)
+{
+    std::filesystem::create_directory(dir / "dotfiles");
+    WriteFile(dir / "dotfiles" / "quiredit.dat", "[Settings]\nBackupLevels=i:3\n");
+    std::filesystem::create_symlink("dotfiles/quiredit.dat", path);
+    SettingsFile file;
+    ASSERT_EQ(file.Load(path), SettingsLoadStatus::Loaded);
+    file.Set("Settings", "BackupLevels", SettingsValue(4));
+    ASSERT_TRUE(file.Save(path));
+    EXPECT_TRUE(std::filesystem::is_symlink(path));
+    EXPECT_EQ(ReadFile(dir / "dotfiles" / "quiredit.dat"), "[Settings]\nBackupLevels=i:4\n");
+    EXPECT_EQ(dir.Entries(), (std::vector<std::string>{"dotfiles", "quiredit.dat"}));
+}
+
 TEST_F(SettingsFileOnDisk, SaveIntoMissingFolderFails)
 {
     SettingsFile file;
