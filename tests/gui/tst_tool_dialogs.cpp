@@ -1,11 +1,13 @@
 // The scope, Export HTML and Print options dialogs fill their requests as the user left them.
 
+#include "app/command_ids.h"
 #include "editing/export_html.h"
 #include "editing/print_table.h"
 #include "editing/qt/export_html_dialog.h"
 #include "editing/qt/print_dialogs.h"
 #include "editing/qt/scope_dialog_widget.h"
 #include "editing/scope_dialog.h"
+#include "tests/gui/gui_test_support.h"
 
 #include <QCheckBox>
 #include <QDoubleSpinBox>
@@ -15,6 +17,7 @@
 #include <QTest>
 
 using namespace quirnel;
+using namespace quirnel::test;
 
 class TstToolDialogs : public QObject
 {
@@ -90,6 +93,32 @@ private slots:
         dialog.accept();
         QVERIFY(request.fontSizeUsed);
         QCOMPARE(request.fontSize, 10.5);
+    }
+
+    void TrimWhitespaceRunsFromTheMainWindow()
+    {
+        WindowFolder folder;
+        auto window = folder.OpenWindow("a,b\r\nx,\"  y \"\r\n");
+        QVERIFY(window);
+        SeenBox seen;
+        bool asked = false;
+        OnNextModal([&](QWidget* modal) {
+            auto* dialog = qobject_cast<ScopeDialogWidget*>(modal);
+            QVERIFY(dialog);
+            asked = true;
+            dialog->Scopes()[0]->setChecked(true);
+            dialog->Options()[1]->setChecked(true);
+            RecordNextBox(seen);
+            dialog->accept();
+        });
+        window->OnCommand(cmd::kTrimWhitespace);
+        QTRY_VERIFY(asked);
+        QTRY_COMPARE(seen.title, QStringLiteral("Trim Whitespace"));
+        QCOMPARE(seen.text, QStringLiteral("3 whitespace characters were trimmed from 1 cell."));
+        QCOMPARE(CellText(*window, 0, 2), QStringLiteral("y"));
+        QVERIFY(window->Document().Modified());
+        QVERIFY(window->Prefs().trimReduce);
+        QCOMPARE(window->Prefs().scope, 1);
     }
 };
 
