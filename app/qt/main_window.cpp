@@ -225,9 +225,24 @@ void MainWindow::LoadSettings()
     m_toolbarModel.Exchange(exchange);
     SettingsViewStateStore viewState(m_settings);
     m_document.Table().LoadViewState(viewState);
-    m_history.Load(m_options.settingsFolder / "filehistory.dat");
+    m_history.Load(HistoryPath());
     m_toolbar->Rebuild();
     ApplyTableSettings();
+    // A file that exists but cannot be read is left as it is (its store refuses to write over
+    // it) and the program runs on defaults; the user hears of it once, here.
+    if (m_settings.LoadStatus() == ost::SettingsLoadStatus::Unreadable)
+        m_ui.Message("Warning",
+                     ost::UnreadableSettingsMessage(SettingsPath(), m_settings.LoadError()),
+                     ost::MessageIcon::Warning);
+    if (m_history.LoadStatus() == ost::SettingsLoadStatus::Unreadable)
+        m_ui.Message("Warning",
+                     ost::UnreadableSettingsMessage(HistoryPath(), m_history.LoadError()),
+                     ost::MessageIcon::Warning);
+}
+
+std::filesystem::path MainWindow::HistoryPath() const
+{
+    return m_options.settingsFolder / "filehistory.dat";
 }
 
 bool MainWindow::SaveSettings()
@@ -242,9 +257,19 @@ bool MainWindow::SaveSettings()
     m_toolbarModel.Exchange(exchange);
     SettingsViewStateStore viewState(m_settings);
     m_document.Table().SaveViewState(viewState);
+    // An unreadable file refuses to be written over; the user was told so when it was read.
+    auto report = [this](const std::filesystem::path& path) {
+        m_ui.Message("Warning", "The settings could not be saved to \"" + path.string() + "\".",
+                     ost::MessageIcon::Warning);
+    };
     bool ok = m_settings.Save(SettingsPath());
-    if (m_frame.recordHistory)
-        ok = m_history.Save(m_options.settingsFolder / "filehistory.dat") && ok;
+    if (!ok && m_settings.LoadStatus() != ost::SettingsLoadStatus::Unreadable)
+        report(SettingsPath());
+    if (m_frame.recordHistory && !m_history.Save(HistoryPath())) {
+        ok = false;
+        if (m_history.LoadStatus() != ost::SettingsLoadStatus::Unreadable)
+            report(HistoryPath());
+    }
     return ok;
 }
 

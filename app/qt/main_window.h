@@ -122,6 +122,8 @@ public:
     bool WarningsVisible() const { return m_warningsVisible; }
     void SetWarningsVisible(bool on);
     std::filesystem::path SettingsPath() const;
+    /// "filehistory.dat" in the settings folder.
+    std::filesystem::path HistoryPath() const;
     /// The caption as shown: product, file name or full path, modified mark.
     QString Caption() const;
     /// The remembered cell (storage row, column); -1 when none.

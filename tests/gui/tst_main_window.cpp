@@ -9,6 +9,7 @@
 
 #include <QAbstractItemView>
 #include <QCheckBox>
+#include <QDir>
 #include <QDockWidget>
 #include <QFileInfo>
 #include <QLineEdit>
@@ -120,6 +121,24 @@ private slots:
             found = found || (CellText(*window, row, 1) == QStringLiteral("b") &&
                               CellText(*window, row, 3) == QStringLiteral("edited"));
         QVERIFY(found);
+    }
+
+    void UnreadableSettingsAreLeftAloneAndReportedOnce()
+    {
+        // A folder where the file should be cannot be read as one, even by root.
+        QVERIFY(QDir().mkpath(Path(QStringLiteral("settings/quiredit.dat"))));
+        SeenBox seen;
+        RecordNextBox(seen);
+        auto window = NewWindow();
+        QTRY_COMPARE(seen.title, QStringLiteral("Warning"));
+        QVERIFY2(seen.text.startsWith(QStringLiteral("The settings file \"") +
+                                      Path(QStringLiteral("settings/quiredit.dat")) +
+                                      QStringLiteral("\" could not be read.")),
+                 qPrintable(seen.text));
+        // Closing neither asks again nor replaces the folder by a settings file.
+        QVERIFY(!window->SaveSettings());
+        window.reset();
+        QVERIFY(QFileInfo(Path(QStringLiteral("settings/quiredit.dat"))).isDir());
     }
 
     void FirstOpenGuessesSortMethodsAndRememberedOnesWin()
