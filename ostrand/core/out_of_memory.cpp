@@ -101,3 +101,23 @@ void operator delete[](void* p, std::size_t) noexcept
 {
     std::free(p);
 }
+
+// The nothrow forms come from the same heap as the deletes above: the standard library takes
+// its temporary buffers (std::stable_sort) through them and gives them back through delete. A
+// failure is theirs to handle, so they only return null.
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept
+{
+    return std::malloc(size ? size : 1);
+}
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept
+{
+    return std::malloc(size ? size : 1);
+}
+void operator delete(void* p, const std::nothrow_t&) noexcept
+{
+    std::free(p);
+}
+void operator delete[](void* p, const std::nothrow_t&) noexcept
+{
+    std::free(p);
+}
