@@ -213,6 +213,12 @@ const CommandSpec* FindCommand(int id)
     return found == kTable.end() ? nullptr : &*found;
 }
 
+std::string_view CommandLabel(int id)
+{
+    const CommandSpec* command = FindCommand(id);
+    return command ? command->label : std::string_view();
+}
+
 std::string_view CommandIconName(int id)
 {
     if (const CommandSpec* command = FindCommand(id)) {

@@ -44,6 +44,10 @@ std::span<const CommandSpec> CommandTable();
 /// The entry with this id, or nullptr (group captions have none).
 const CommandSpec* FindCommand(int id);
 
+/// The command's label (its caption in titles of the boxes it shows); empty for an id without
+/// an entry.
+std::string_view CommandLabel(int id);
+
 /// The image of a command, including the few that live only in menus; empty when none.
 std::string_view CommandIconName(int id);
 

@@ -2,6 +2,7 @@
 
 #include "app/command_ids.h"
 #include "app/toolbar_model.h"
+#include "view/table_control.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -49,21 +50,6 @@ void AddHelp(std::vector<CommandMenuEntry>& entries, bool helpAvailable, int id,
         entries.push_back(Item(id, std::move(text)));
     }
 }
-
-// Sort methods in the order the "Sort method" submenu lists them, by stored value.
-struct SortMethodText
-{
-    int value;
-    const char* text;
-};
-constexpr SortMethodText kSortMethodMenu[] = {
-    {0, "Text (case insensitive)"},
-    {4, "Text (case sensitive)"},
-    {1, "Numeric (blanks=0)"},
-    {3, "Numeric (blanks=-9999)"},
-    {2, "Date/time"},
-    {5, "Memory (e.g. 3.1 KB)"},
-};
 
 std::vector<CommandMenuEntry> RowPopup(const DocumentState& state)
 {
@@ -120,8 +106,8 @@ std::vector<CommandMenuEntry> ColumnPopup(const DocumentState& state)
     entries.insert(entries.end(), std::begin(fixed), std::end(fixed));
     if (column >= 0 && column < state.columnCount) {
         std::vector<CommandMenuEntry> methods;
-        for (const SortMethodText& method : kSortMethodMenu) {
-            CommandMenuEntry entry = Item(cmd::kSortMethodBase + method.value, method.text);
+        for (const SortMethodName& method : kSortMethodNames) {
+            CommandMenuEntry entry = Item(cmd::kSortMethodBase + method.method, method.text);
             entry.check = MenuCheck::Radio;
             methods.push_back(std::move(entry));
         }

@@ -20,8 +20,7 @@ constexpr const char* kUnsortedTip = "Disable the table's sorting so that ";
 
 std::string Caption(int id)
 {
-    const CommandSpec* command = FindCommand(id);
-    return command ? std::string(command->label) : std::string();
+    return std::string(CommandLabel(id));
 }
 
 std::string_view Icon(int id)
@@ -71,9 +70,11 @@ std::vector<int> ShownRows(const TableControl& table)
     std::vector<int> rows(static_cast<std::size_t>(table.VisibleRowCount()));
     for (std::size_t i = 0; i < rows.size(); ++i)
         rows[i] = table.RowAtDisplayPosition(static_cast<int>(i));
-    // Unsorted, the shown rows are in file order except a trailing row; file order it is, so
-    // that "up" means towards the start of the file.
-    std::sort(rows.begin(), rows.end());
+    // In file order the shown rows are in storage order except a trailing row; file order it
+    // is, so that "up" means towards the start of the file. An order kept from a deleted sort
+    // column is what the user sees, so "up" means the row shown above.
+    if (table.ShowsFileOrder())
+        std::sort(rows.begin(), rows.end());
     return rows;
 }
 
@@ -119,8 +120,11 @@ void InsertRowCommand(ToolContext& context, int offset)
     const long long wanted =
         current < 0 ? table.RowCount() : static_cast<long long>(current) + offset;
     const int position = static_cast<int>(std::clamp<long long>(wanted, 0, table.RowCount()));
+    // Shown in an order kept from a sort, the new row goes next to the current row on screen;
+    // in file order the table places it by storage order anyway.
+    const int shownAt = current >= 0 && offset < 2 ? PositionOf(table, current) + offset : -1;
     ChangeFrame frame(context);
-    if (!table.InsertRows(position, 1))
+    if (!table.InsertRows(position, 1, shownAt))
         return;
     frame.Done(PositionOf(table, position), position);
 }

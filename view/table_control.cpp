@@ -182,7 +182,7 @@ void TableControl::Redraw()
         SortRows();
     } else if (m_store->orderDirty) {
         m_store->orderDirty = false;
-        RestoreOrder(m_sortColumn < 0);
+        RestoreOrder(ShowsFileOrder());
     }
     m_store->needsResort = false;
     NotifyReset();
@@ -243,8 +243,12 @@ bool TableControl::DeleteColumn(int column)
         return false;
     m_columns.erase(m_columns.begin() + column);
     m_store->cells.erase(m_store->cells.begin() + (column - 1));
-    if (m_sortColumn == column)
+    if (m_sortColumn == column) {
+        // The rows stay where the user sees them; only a new sort or "Don't sort rows" moves
+        // them. Storage order is the file's and does not change either.
         m_sortAscending = true;
+        m_orderKept = true;
+    }
     auto drop = [column](int& c) {
         if (c == column)
             c = -1;
@@ -495,8 +499,8 @@ void TableControl::InsertRowsAt(int at, int count, int displayPosition)
     m_rowCount = static_cast<int>(newCount);
     m_visibleCount += count;
 
-    if (m_sortColumn < 0 && displayPosition < 0) {
-        // Unsorted: the display follows storage order. A plain append keeps the fast path.
+    if (ShowsFileOrder()) {
+        // The display follows storage order. A plain append keeps the fast path.
         bool plain = m_visibleCount == m_rowCount && (m_trailingRow < 0) && at_ == oldCount &&
                      s.order.size() == oldCount;
         if (plain) {
@@ -508,8 +512,9 @@ void TableControl::InsertRowsAt(int at, int count, int displayPosition)
             RestoreOrder(true);
         }
     } else {
-        // Sorted (or placed by the caller): new rows go before the row that held their storage
-        // index, or at the end; RestoreOrder then keeps hidden rows and the trailing row last.
+        // Sorted or in a kept order: new rows go where the caller says, else before the row that
+        // held their storage index, or at the end; RestoreOrder then keeps hidden rows and the
+        // trailing row last.
         if (displayPosition < 0)
             displayPosition = at_ < oldCount ? s.position[at_] : static_cast<int>(oldCount);
         displayPosition = std::clamp(displayPosition, 0, static_cast<int>(oldCount));
@@ -528,11 +533,11 @@ int TableControl::AddRow()
     return m_rowCount - 1;
 }
 
-bool TableControl::InsertRows(int at, int count)
+bool TableControl::InsertRows(int at, int count, int displayPosition)
 {
     if (at < 0 || at > m_rowCount || count <= 0 || count > INT32_MAX - m_rowCount)
         return false;
-    InsertRowsAt(at, count, -1);
+    InsertRowsAt(at, count, displayPosition);
     NotifyReset();
     return true;
 }
@@ -662,9 +667,9 @@ bool TableControl::MoveRow(int from, int to)
             ++row;
     };
     follow(m_focusRow);
-    // Unsorted with nothing hidden or trailing, display order is storage order before and
+    // In file order with nothing hidden or trailing, display order is storage order before and
     // after: moving a block of selected rows one by one then stays linear.
-    const bool identity = m_sortColumn < 0 && m_visibleCount == m_rowCount && m_trailingRow < 0;
+    const bool identity = ShowsFileOrder() && m_visibleCount == m_rowCount && m_trailingRow < 0;
     if (!identity) {
         for (std::int32_t& row : s.order) {
             int r = row;
@@ -672,8 +677,9 @@ bool TableControl::MoveRow(int from, int to)
             row = r;
         }
         follow(m_trailingRow);
-        // Sorted, each row keeps its place on screen; unsorted, the screen follows storage.
-        RestoreOrder(m_sortColumn < 0);
+        // Sorted or kept, each row keeps its place on screen; in file order, the screen follows
+        // storage.
+        RestoreOrder(ShowsFileOrder());
     }
     NotifyReset();
     return true;
@@ -686,7 +692,7 @@ int TableControl::DuplicateRow(int sourceRow)
     if (m_owner && !m_owner->AllowDuplicateRow(sourceRow))
         return -1;
     int newRow = sourceRow + 1;
-    int position = m_sortColumn < 0 ? -1 : DisplayPosition(sourceRow) + 1;
+    int position = ShowsFileOrder() ? -1 : DisplayPosition(sourceRow) + 1;
     InsertRowsAt(newRow, 1, position);
     for (std::vector<std::uint64_t>& column : m_store->cells)
         column[static_cast<std::size_t>(newRow)] = column[static_cast<std::size_t>(sourceRow)];
@@ -750,7 +756,7 @@ std::vector<int> TableControl::DuplicateRows(std::span<const int> sourceRows)
     remap(m_trailingRow);
     m_rowCount = static_cast<int>(newCount);
     m_visibleCount += static_cast<int>(copies);
-    RestoreOrder(m_sortColumn < 0);
+    RestoreOrder(ShowsFileOrder());
     std::vector<int> result;
     result.reserve(copies);
     for (std::size_t row = 0; row < oldCount; ++row) {
@@ -778,8 +784,16 @@ bool TableControl::ReorderRows(std::span<const int> from)
         seen[static_cast<std::size_t>(row)] = 1;
         order[i] = row;
     }
-    PermuteRows(order);
-    RestoreOrder(m_sortColumn < 0);
+    if (m_sortColumn < 0 && m_orderKept) {
+        // Each display position keeps its storage index: what moved in storage moves on screen.
+        const std::vector<std::int32_t> shown = m_store->order;
+        PermuteRows(order);
+        m_store->order = shown;
+        RestoreOrder(false);
+    } else {
+        PermuteRows(order);
+        RestoreOrder(ShowsFileOrder());
+    }
     NotifyReset();
     return true;
 }
@@ -796,6 +810,7 @@ void TableControl::Shuffle(std::uint64_t seed)
     bool wasSorted = m_sortColumn >= 0;
     m_sortColumn = -1;
     m_sortAscending = true;
+    m_orderKept = false;
     RestoreOrder(true);
     if (wasSorted && m_owner)
         m_owner->OnSortChanged();
@@ -814,6 +829,7 @@ void TableControl::Clear()
     m_trailingRow = -1;
     m_sortColumn = -1;
     m_sortAscending = true;
+    m_orderKept = false;
     m_previousSort[0] = -1;
     m_previousSort[1] = -1;
     NotifyReset();

@@ -60,6 +60,23 @@ inline constexpr int kSortStoredValue = 6; ///< the cell's stored integer; never
 
 inline constexpr int kMinColumnWidth = 20;
 
+/// A sort method as the menus and dialogs offer it.
+struct SortMethodName
+{
+    int method;
+    const char* text;
+};
+/// The six methods a user may choose, in the order menus and dialogs list them (the stored
+/// value kSortStoredValue is never offered).
+inline constexpr SortMethodName kSortMethodNames[] = {
+    {kSortTextNoCase, "Text (case insensitive)"},
+    {kSortTextCase, "Text (case sensitive)"},
+    {kSortNumeric, "Numeric (blanks=0)"},
+    {kSortNumericLow, "Numeric (blanks=-9999)"},
+    {kSortDateTime, "Date/time"},
+    {kSortMemory, "Memory (e.g. 3.1 KB)"},
+};
+
 enum class SelectionMode
 {
     SingleRow,
@@ -302,7 +319,8 @@ public:
     int AddColumn(TableColumn column);
     /// `at` in 1 .. ColumnCount(); false otherwise.
     bool InsertColumn(int at, TableColumn column);
-    /// Clears the sort columns that name it. False for column 0 or out of range.
+    /// Clears the sort columns that name it; the rows of a table sorted by it stay where they are
+    /// shown (see ShowsFileOrder). False for column 0 or out of range.
     bool DeleteColumn(int column);
     /// `from`, `to` in 1 .. ColumnCount() - 1. Sort columns follow the moved column.
     bool MoveColumn(int from, int to);
@@ -322,8 +340,10 @@ public:
     void SetRowCount(int count);
     /// Appends one empty row; returns its index.
     int AddRow();
-    /// Inserts empty rows before storage index `at` (0 .. RowCount()).
-    bool InsertRows(int at, int count);
+    /// Inserts empty rows before storage index `at` (0 .. RowCount()). Shown in file order they
+    /// show in storage order; otherwise at `displayPosition`, or with -1 before the row that
+    /// held index `at` (at the end of the shown rows for an append).
+    bool InsertRows(int at, int count, int displayPosition = -1);
     bool DeleteRows(int first, int count);
     /// `rows` in any order; repeats and invalid entries are ignored.
     void DeleteRows(std::span<const int> rows);
@@ -335,8 +355,11 @@ public:
     /// directly below its source. Returns the copies' final indices in ascending order.
     std::vector<int> DuplicateRows(std::span<const int> sourceRows);
     /// Rearranges the rows so that storage index i holds the row that was at from[i]. Cells,
-    /// flags and the focus travel with their rows; a sorted table keeps showing each row where
-    /// it was. False (nothing changed) unless `from` is a permutation of 0 .. RowCount() - 1.
+    /// flags and the focus travel with their rows. A sorted table keeps showing each row where
+    /// it was; in file order the screen follows storage; an order kept from an earlier sort
+    /// keeps showing each storage index where it was, so rows that trade storage places trade
+    /// screen places too. False (nothing changed) unless `from` is a permutation of
+    /// 0 .. RowCount() - 1.
     bool ReorderRows(std::span<const int> from);
     /// Rearranges the rows in a random order; the table becomes unsorted.
     void Shuffle(std::uint64_t seed);
@@ -424,6 +447,12 @@ public:
     TableMemoryUsage MemoryUsage() const;
 
     int SortColumn() const { return m_sortColumn; }
+    /// True when the rows show in storage order (hidden rows and the trailing row last): the
+    /// table is unsorted and shows no order left over from a sort. Deleting the sort column
+    /// leaves the rows in their sorted places without a sort column; rows then keep their
+    /// places on screen until the next sort, "Don't sort rows" or shuffle, and rows the filter
+    /// shows again, having no place of their own, come after the rows shown.
+    bool ShowsFileOrder() const { return m_sortColumn < 0 && !m_orderKept; }
     bool SortAscending() const { return m_sortAscending; }
     /// Most recent first; -1 when none.
     int PreviousSortColumn(int which) const { return m_previousSort[which == 0 ? 0 : 1]; }
@@ -508,6 +537,8 @@ private:
     SelectionMode m_selectionMode = SelectionMode::MultipleRows;
     int m_sortColumn = -1;
     bool m_sortAscending = true;
+    /// Unsorted, yet the rows show in the order a sort left them (its column was deleted).
+    bool m_orderKept = false;
     int m_previousSort[2] = {-1, -1};
     bool m_dayFirst = true;
     int m_altRows = 0;

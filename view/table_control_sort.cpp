@@ -342,6 +342,8 @@ void TableControl::SortRows()
     Storage& s = *m_store;
     s.needsResort = false;
     s.orderDirty = false;
+    // Any sort, and "Don't sort rows", replaces an order kept from a deleted sort column.
+    m_orderKept = false;
     if (m_rowCount == 0)
         return;
     const int c = m_sortColumn;
@@ -626,6 +628,7 @@ bool TableControl::SetSort(int column, bool ascending, bool sortNow)
     }
     m_sortColumn = column;
     m_sortAscending = ascending;
+    m_orderKept = false;
     if (sortNow) {
         SortRows();
         NotifyReset();

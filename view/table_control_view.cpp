@@ -268,8 +268,10 @@ std::vector<MenuEntry> TableControl::HeaderMenu(int column)
     std::vector<MenuEntry> menu;
     const bool valid = column >= 0 && column < ColumnCount();
     const bool rows = m_rowCount > 0;
+    // A kept order counts as sorted here: "Don't sort rows" is the way back to file order.
+    const bool sorted = m_sortColumn >= 0 || m_orderKept;
     if (!valid) {
-        if (rows && m_sortColumn >= 0)
+        if (rows && sorted)
             menu.push_back(Entry("Don't sort rows", GridCommand::DontSort));
         return menu;
     }
@@ -280,7 +282,7 @@ std::vector<MenuEntry> TableControl::HeaderMenu(int column)
         menu.push_back(Entry("Sort ascending", GridCommand::SortAscending));
         menu.push_back(Entry("Sort descending", GridCommand::SortDescending));
     }
-    if (rows && m_sortColumn >= 0)
+    if (rows && sorted)
         menu.push_back(Entry("Don't sort rows", GridCommand::DontSort));
     if (!twoState)
         menu.push_back(Entry("Column width: maximize", GridCommand::ColumnWidthMaximize));
@@ -323,18 +325,8 @@ std::vector<MenuEntry> TableControl::HeaderMenu(int column)
                           Radio("Right", GridCommand::AlignRight, alignment == Alignment::Right)}));
     }
     if (c.flags & COLUMN_CHOOSE_SORT) {
-        static const struct
-        {
-            int method;
-            const char* text;
-        } kMethods[] = {{kSortTextNoCase, "Text (case insensitive)"},
-                        {kSortTextCase, "Text (case sensitive)"},
-                        {kSortNumeric, "Numeric (blanks=0)"},
-                        {kSortNumericLow, "Numeric (blanks=-9999)"},
-                        {kSortDateTime, "Date/time"},
-                        {kSortMemory, "Memory (e.g. 3.1 KB)"}};
         std::vector<MenuEntry> methods;
-        for (const auto& m : kMethods) {
+        for (const SortMethodName& m : kSortMethodNames) {
             MenuEntry entry;
             entry.text = m.text;
             entry.command = static_cast<int>(GridCommand::SortMethodBase) + m.method;

@@ -163,6 +163,85 @@ TEST(TableSort, DeletingAColumnClearsTheSortColumnsNamingIt)
     EXPECT_EQ(table.PreviousSortColumn(0), -1);
 }
 
+TEST(TableSort, DeletingTheSortColumnKeepsTheShownOrderUntilUnsorted)
+{
+    TableControl table;
+    Fill(table, {"key", "name"}, {{"3", "c"}, {"1", "a"}, {"4", "d"}, {"2", "b"}});
+    table.SetSort(1, false);
+    ASSERT_EQ(ColumnInDisplayOrder(table, 2), (Texts{"d", "c", "b", "a"}));
+    ASSERT_TRUE(table.DeleteColumn(1));
+    EXPECT_EQ(table.SortColumn(), -1);
+    EXPECT_FALSE(table.ShowsFileOrder());
+    EXPECT_EQ(ColumnInDisplayOrder(table, 1), (Texts{"d", "c", "b", "a"}));
+
+    // Rows hidden and shown again come back after the shown ones; nothing reverts to file order.
+    table.SetRowHidden(0, true);
+    EXPECT_EQ(ColumnInDisplayOrder(table, 1), (Texts{"d", "b", "a", "c"}));
+    table.SetRowHidden(0, false);
+    EXPECT_EQ(ColumnInDisplayOrder(table, 1), (Texts{"d", "b", "a", "c"}));
+    // New rows go where the caller puts them, else before the row holding their index.
+    ASSERT_TRUE(table.InsertRows(1, 1, 1));
+    table.SetCellText8(1, 1, "new");
+    EXPECT_EQ(ColumnInDisplayOrder(table, 1), (Texts{"d", "new", "b", "a", "c"}));
+    ASSERT_GE(table.DuplicateRow(0), 0);
+    EXPECT_EQ(ColumnInDisplayOrder(table, 1), (Texts{"d", "new", "b", "a", "c", "c"}));
+    ExpectOrderInvariants(table);
+
+    table.Unsort();
+    EXPECT_TRUE(table.ShowsFileOrder());
+    EXPECT_EQ(ColumnInDisplayOrder(table, 1), (Texts{"c", "c", "new", "a", "d", "b"}));
+}
+
+TEST(TableSort, KeptOrderEndsWithUnsortOrAShuffle)
+{
+    TableControl table;
+    Fill(table, {"key", "name", "more"}, {{"2", "b", "y"}, {"1", "a", "x"}});
+    table.SetSort(1, true);
+    ASSERT_TRUE(table.DeleteColumn(1));
+    ASSERT_FALSE(table.ShowsFileOrder());
+    table.Unsort();
+    EXPECT_TRUE(table.ShowsFileOrder());
+    EXPECT_EQ(ColumnInDisplayOrder(table, 1), (Texts{"b", "a"}));
+    table.SetSort(1, true);
+    ASSERT_TRUE(table.DeleteColumn(1));
+    ASSERT_FALSE(table.ShowsFileOrder());
+    table.Shuffle(7);
+    EXPECT_TRUE(table.ShowsFileOrder());
+}
+
+TEST(TableSort, ReorderingAKeptOrderMovesRowsOnScreen)
+{
+    TableControl table;
+    Fill(table, {"key", "name"}, {{"2", "b"}, {"3", "c"}, {"1", "a"}});
+    table.SetSort(1, true);
+    ASSERT_TRUE(table.DeleteColumn(1));
+    ASSERT_EQ(ColumnInDisplayOrder(table, 1), (Texts{"a", "b", "c"}));
+    // Rows 2 ("a") and 0 ("b") trade storage places, and with them their places on screen.
+    const int from[] = {2, 1, 0};
+    ASSERT_TRUE(table.ReorderRows(from));
+    EXPECT_EQ(ColumnInDisplayOrder(table, 1), (Texts{"b", "a", "c"}));
+    ExpectOrderInvariants(table);
+}
+
+TEST(TableSort, TheSortColumnFollowsItsColumn)
+{
+    TableControl table;
+    Fill(table, {"a", "b", "c"}, {{"1", "2", "3"}});
+    table.SetSort(2, true);
+    TableColumn inserted;
+    ASSERT_TRUE(table.InsertColumn(1, inserted));
+    EXPECT_EQ(table.SortColumn(), 3);
+    ASSERT_TRUE(table.InsertColumn(4, inserted));
+    EXPECT_EQ(table.SortColumn(), 3);
+    ASSERT_TRUE(table.MoveColumn(3, 4));
+    EXPECT_EQ(table.SortColumn(), 4);
+    ASSERT_TRUE(table.MoveColumn(1, 5));
+    EXPECT_EQ(table.SortColumn(), 3);
+    ASSERT_TRUE(table.DeleteColumn(1));
+    EXPECT_EQ(table.SortColumn(), 2);
+    EXPECT_TRUE(table.SortAscending());
+}
+
 TEST(TableSort, NumericSecondaryKeyIsZeroPaddedText)
 {
     TableControl table;
