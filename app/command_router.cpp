@@ -3,6 +3,7 @@
 #include "app/command_ids.h"
 #include "app/menu_model.h"
 #include "document/table_document.h"
+#include "editing/column_commands.h"
 #include "editing/export_html.h"
 #include "editing/print_table.h"
 #include "editing/row_commands.h"
@@ -31,7 +32,7 @@ bool CommandRouter::Dispatch(int id)
     return false;
 }
 
-bool CommandRouter::Route(int id, bool run) const
+bool CommandRouter::Route(int id, bool run, int clicked) const
 {
     ToolContext& tools = m_tools;
     ShellCommands& shell = m_shell;
@@ -145,6 +146,34 @@ bool CommandRouter::Route(int id, bool run) const
         return go([&] { DeduplicateRowsCommand(tools); });
     case cmd::kShuffleRows:
         return go([&] { ShuffleRowsCommand(tools); });
+    case cmd::kShiftCells:
+        return go([&] { ShiftCellsCommand(tools); });
+
+    case cmd::kCreateColumn:
+        return go([&] { NewColumnCommand(tools, kCreateColumnOffset); });
+    case cmd::kInsertColumnBefore:
+    case cmd::kHeadingInsertColumnBefore:
+        return go([&] { NewColumnCommand(tools, 0, clicked); });
+    case cmd::kInsertColumnAfter:
+    case cmd::kHeadingInsertColumnAfter:
+        return go([&] { NewColumnCommand(tools, 1, clicked); });
+    case cmd::kDeleteColumn:
+    case cmd::kHeadingDeleteColumn:
+        return go([&] { DeleteColumnCommand(tools, clicked); });
+    case cmd::kRenameColumn:
+    case cmd::kHeadingRenameColumn:
+        return go([&] { RenameColumnCommand(tools, clicked); });
+    case cmd::kMoveColumnLeft:
+    case cmd::kHeadingMoveColumnLeft:
+        return go([&] { MoveColumnCommand(tools, true, clicked); });
+    case cmd::kMoveColumnRight:
+    case cmd::kHeadingMoveColumnRight:
+        return go([&] { MoveColumnCommand(tools, false, clicked); });
+    case cmd::kCombineColumns:
+    case cmd::kHeadingCombineColumns:
+        return go([&] { CombineColumnsCommand(tools, clicked); });
+    case cmd::kSetEntireColumn:
+        return go([&] { SetEntireColumnCommand(tools, clicked); });
 
     case cmd::kBookmarkSet:
         return go([&] { BookmarkSetCommand(tools); });
@@ -264,7 +293,13 @@ bool CommandRouter::DispatchGridCommand(int command, int /*argument*/, int row, 
         // Commands whose handlers do not exist yet: doing nothing beats pretending.
         return false;
     }
-    return Dispatch(id);
+    // The header menu's column entries (the window's heading ids and the control's "Set entire
+    // column") act on the column clicked, which need not be the current one.
+    const bool heading =
+        command == static_cast<int>(GridCommand::SetEntireColumn) ||
+        (id >= cmd::kHeadingDeleteColumn && id <= cmd::kHeadingSearchColumnContinue) ||
+        id == cmd::kHeadingCopyColumn || id == cmd::kHeadingCombineColumns;
+    return heading ? Route(id, true, column) : Dispatch(id);
 }
 
 } // namespace quirnel

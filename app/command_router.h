@@ -70,8 +70,9 @@ public:
     }
 
 private:
-    /// The switch itself: with `run` false it only answers whether a handler exists.
-    bool Route(int id, bool run) const;
+    /// The switch itself: with `run` false it only answers whether a handler exists. The
+    /// column-heading commands act on the `clicked` column (-1: the current column).
+    bool Route(int id, bool run, int clicked = -1) const;
     /// The command id a grid command stands for; 0 when none.
     static int GridCommandId(int command);
 

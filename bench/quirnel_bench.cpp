@@ -4,6 +4,7 @@
 #include "document/csv_saver.h"
 #include "document/file_system.h"
 #include "document/table_document.h"
+#include "editing/column_commands.h"
 #include "editing/export_html.h"
 #include "editing/print_table.h"
 #include "editing/row_commands.h"
@@ -59,10 +60,43 @@ class NoDialogs : public quirnel::EditingDialogs
 {
 public:
     bool JumpToRow(quirnel::JumpToRowRequest&) override { return false; }
+    bool NewColumn(quirnel::NewColumnRequest&) override { return false; }
+    bool DeleteColumn(quirnel::DeleteColumnRequest&) override { return false; }
+    bool RenameColumn(quirnel::RenameColumnRequest&) override { return false; }
+    bool CombineColumns(quirnel::CombineColumnsRequest&) override { return false; }
+    bool SetEntireColumn(quirnel::SetEntireColumnRequest&) override { return false; }
+    bool ShiftCells(quirnel::ShiftCellsRequest&) override { return false; }
     bool Scope(quirnel::ScopeRequest&) override { return false; }
     bool ExportHtml(quirnel::ExportHtmlRequest&) override { return false; }
     bool PrintOptions(quirnel::PrintOptionsRequest&) override { return false; }
     bool PrintSetup(quirnel::PrintJobRequest&) override { return false; }
+};
+
+/// The column dialogs answered as someone working on a whole column of the file would: a new
+/// column after the current one, the current column deleted or filled with numbers, the next
+/// column appended to the current one.
+class ColumnChoices : public NoDialogs
+{
+public:
+    bool NewColumn(quirnel::NewColumnRequest& request) override
+    {
+        request.name = "added";
+        return true;
+    }
+    bool DeleteColumn(quirnel::DeleteColumnRequest&) override { return true; }
+    bool SetEntireColumn(quirnel::SetEntireColumnRequest& request) override
+    {
+        request.fill = quirnel::ColumnFill::Numbers;
+        request.startNumber = "1";
+        request.scope = quirnel::FillScope::All;
+        return true;
+    }
+    bool CombineColumns(quirnel::CombineColumnsRequest& request) override
+    {
+        request.source = request.target + 1;
+        request.separator = " ";
+        return true;
+    }
 };
 
 class NoClipboard : public ost::Clipboard
@@ -198,8 +232,9 @@ int IntegerColumn(const quirnel::TableDocument& document)
 }
 
 /// Loads the file into a document of its own, lets `prepare` select rows, and times `command`
-/// alone: each row figure starts from the file as loaded, whatever the others did.
-template <class Prepare, class Command>
+/// alone: each figure starts from the file as loaded, whatever the others did. `Dialogs`
+/// answers the command's dialog.
+template <class Dialogs = NoDialogs, class Prepare, class Command>
 bool TimeRowCommand(const char* name, const std::string& path, Prepare prepare, Command command)
 {
     SilentUi loadUi;
@@ -209,7 +244,7 @@ bool TimeRowCommand(const char* name, const std::string& path, Prepare prepare, 
     if (!quirnel::LoadCsvFile(document, format, "quirnel-bench"))
         return false;
     AgreeingUi ui;
-    NoDialogs dialogs;
+    Dialogs dialogs;
     NoClipboard clipboard;
     IdleHost host;
     quirnel::EditingPreferences prefs;
@@ -347,10 +382,21 @@ int main(int argc, char** argv)
         return [step](quirnel::TableControl& t) { SelectEvery(t, step); };
     };
     auto focusOnly = [](quirnel::TableControl& t) { t.SetFocusCell(0, 1); };
+    auto inColumn = [](int column) {
+        return [column](quirnel::TableControl& t) { t.SetFocusCell(0, column); };
+    };
     if (!TimeRowCommand("delete_rows_s", path, every(2), quirnel::DeleteRowsCommand) ||
         !TimeRowCommand("duplicate_rows_s", path, every(10), quirnel::DuplicateRowsCommand) ||
         !TimeRowCommand("dedup_s", path, focusOnly, quirnel::DeduplicateRowsCommand) ||
         !TimeRowCommand("shuffle_s", path, focusOnly, quirnel::ShuffleRowsCommand) ||
+        !TimeRowCommand<ColumnChoices>("insert_column_s", path, inColumn(5),
+                                       [](auto& c) { quirnel::NewColumnCommand(c, 1); }) ||
+        !TimeRowCommand<ColumnChoices>("delete_column_s", path, inColumn(5),
+                                       [](auto& c) { quirnel::DeleteColumnCommand(c); }) ||
+        !TimeRowCommand<ColumnChoices>("set_column_s", path, inColumn(3),
+                                       [](auto& c) { quirnel::SetEntireColumnCommand(c); }) ||
+        !TimeRowCommand<ColumnChoices>("combine_columns_s", path, inColumn(6),
+                                       [](auto& c) { quirnel::CombineColumnsCommand(c); }) ||
         !TimeTrimAndExport(path))
         return 2;
     return 0;

@@ -57,6 +57,7 @@ namespace {
 TableColumn MakeColumn(bool unicode, std::string_view name8, std::u16string_view nameWide)
 {
     TableColumn column;
+    column.flags = COLUMN_CHOOSE_ALIGN | COLUMN_CHOOSE_SORT;
     column.wide = unicode;
     if (unicode)
         column.headerTextWide = nameWide;
@@ -75,6 +76,22 @@ int TableDocument::AddColumn(std::string_view name8, std::u16string_view nameWid
 bool TableDocument::InsertColumn(int at, std::string_view name8, std::u16string_view nameWide)
 {
     return m_table.InsertColumn(at, MakeColumn(IsUnicode(), name8, nameWide));
+}
+
+bool TableDocument::SetColumnName(int column, std::string_view name8, std::u16string_view nameWide)
+{
+    if (column < 1 || column >= m_table.ColumnCount())
+        return false;
+    TableColumn& c = m_table.MutableColumn(column);
+    c.wide = IsUnicode();
+    if (c.wide) {
+        c.headerTextWide = nameWide;
+        c.headerText.clear();
+    } else {
+        c.headerText = name8;
+        c.headerTextWide.clear();
+    }
+    return true;
 }
 
 std::string_view TableDocument::CellText8(int row, int column) const
@@ -98,12 +115,20 @@ std::u16string TableDocument::CellTextWide(int row, int column) const
 
 bool TableDocument::SetCellText8(int row, int column, std::string_view text)
 {
-    return m_table.SetCellText8(row, column, text);
+    if (!IsUnicode())
+        return m_table.SetCellText8(row, column, text);
+    std::u16string wide;
+    ost::CodePageConverter(ost::kCodePageSystem).ToUtf16(text, wide);
+    return m_table.SetCellText16(row, column, wide);
 }
 
 bool TableDocument::SetCellText16(int row, int column, std::u16string_view text)
 {
-    return m_table.SetCellText16(row, column, text);
+    if (IsUnicode())
+        return m_table.SetCellText16(row, column, text);
+    std::string narrow;
+    ost::CodePageConverter(ost::kCodePageSystem).FromUtf16(text, narrow, '?');
+    return m_table.SetCellText8(row, column, narrow);
 }
 
 void TableDocument::Clear()

@@ -103,9 +103,13 @@ public:
     /// The name in the document's text mode: 8-bit bytes, or UTF-8 in text mode 1.
     std::string ColumnName(int column) const;
     std::u16string ColumnNameWide(int column) const;
-    /// Adds a data column at the end, named in the document's text mode; returns its index.
+    /// Adds a data column at the end, named in the document's text mode (`name8` for 8-bit
+    /// documents, `nameWide` for UTF-16 ones); returns its index. Data columns take the user's
+    /// choice of alignment and sort method.
     int AddColumn(std::string_view name8, std::u16string_view nameWide = {});
     bool InsertColumn(int at, std::string_view name8, std::u16string_view nameWide = {});
+    /// Renames a data column, the name given as for AddColumn. False for no data column.
+    bool SetColumnName(int column, std::string_view name8, std::u16string_view nameWide = {});
     bool DeleteColumn(int column) { return m_table.DeleteColumn(column); }
     bool MoveColumn(int from, int to) { return m_table.MoveColumn(from, to); }
 
@@ -114,11 +118,15 @@ public:
     bool DeleteRows(int first, int count) { return m_table.DeleteRows(first, count); }
     bool MoveRow(int from, int to) { return m_table.MoveRow(from, to); }
 
-    /// Cell text in the document's text mode; missing cells read as empty.
+    /// Cell text in the document's text mode (CellText8 for 8-bit documents, CellText16 for
+    /// UTF-16 ones); missing cells, and the other width, read as empty.
     std::string_view CellText8(int row, int column) const;
     std::u16string_view CellText16(int row, int column) const;
     /// The cell as UTF-16, converting 8-bit text from the system code page.
     std::u16string CellTextWide(int row, int column) const;
+    /// Every cell is stored in the document's text mode, so that it reads back and is saved:
+    /// 8-bit text given to a UTF-16 document is converted from the system code page, UTF-16
+    /// text given to an 8-bit document is converted to it ("?" for what it cannot hold).
     bool SetCellText8(int row, int column, std::string_view text);
     bool SetCellText16(int row, int column, std::u16string_view text);
 

@@ -18,9 +18,15 @@ namespace quirnel {
 class TableDocument;
 struct ExportHtmlRequest;
 class HtmlViewer;
+struct CombineColumnsRequest;
+struct DeleteColumnRequest;
 struct JumpToRowRequest;
 struct PrintJobRequest;
 struct PrintOptionsRequest;
+struct NewColumnRequest;
+struct RenameColumnRequest;
+struct SetEntireColumnRequest;
+struct ShiftCellsRequest;
 struct ScopeRequest;
 
 /// One virtual per dialog of the editing commands. Each takes a request that carries the
@@ -30,6 +36,13 @@ class EditingDialogs
 public:
     virtual ~EditingDialogs() = default;
     virtual bool JumpToRow(JumpToRowRequest& request) = 0;
+    /// Create Column, Insert Column Before and Insert Column After.
+    virtual bool NewColumn(NewColumnRequest& request) = 0;
+    virtual bool DeleteColumn(DeleteColumnRequest& request) = 0;
+    virtual bool RenameColumn(RenameColumnRequest& request) = 0;
+    virtual bool CombineColumns(CombineColumnsRequest& request) = 0;
+    virtual bool SetEntireColumn(SetEntireColumnRequest& request) = 0;
+    virtual bool ShiftCells(ShiftCellsRequest& request) = 0;
     /// The scope question of the editing tools, with the tool's own options.
     virtual bool Scope(ScopeRequest& request) = 0;
     /// "Export HTML": clipboard or file, and the file's path.

@@ -105,6 +105,7 @@ MainWindow::MainWindow(MainWindowOptions options, QWidget* parent)
         qWarning("MainWindow: unknown command id %d", id);
     });
     m_document.SetHooks(this);
+    m_document.Table().SetOwner(&m_tableOwner);
     m_document.Table().SetSettingsName("Table");
     m_document.Table().SetStyle(GRID_HIDE_COLUMNS | GRID_REMEMBER_WIDTHS | GRID_TAB_THRU);
     m_document.Table().AddObserver(this);
@@ -119,6 +120,7 @@ MainWindow::MainWindow(MainWindowOptions options, QWidget* parent)
 MainWindow::~MainWindow()
 {
     m_document.Table().RemoveObserver(this);
+    m_document.Table().SetOwner(nullptr);
     m_document.SetHooks(nullptr);
     // Members are destroyed before QWidget deletes the children, yet the grid, the toolbar and
     // the menus point into members (the table, the toolbar model, this host): they go first.

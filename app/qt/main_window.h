@@ -7,6 +7,7 @@
 #include "app/command_router.h"
 #include "app/command_state.h"
 #include "app/file_session.h"
+#include "app/heading_menu.h"
 #include "app/preferences.h"
 #include "app/qt/file_dialogs.h"
 #include "app/startup.h"
@@ -206,6 +207,7 @@ private:
     QtFileSessionDialogs m_fileDialogs;
     std::unique_ptr<RandomSource> m_random;
     EditingState m_editingState;
+    EditorTableOwner m_tableOwner;
     ToolContext m_tools;
     CommandRouter m_router;
     FileSession m_session;

@@ -1,15 +1,53 @@
 #include "editing/qt/qt_editing_dialogs.h"
 
+#include "editing/qt/column_dialogs.h"
 #include "editing/qt/export_html_dialog.h"
 #include "editing/qt/jump_to_row_dialog.h"
 #include "editing/qt/print_dialogs.h"
 #include "editing/qt/scope_dialog_widget.h"
+#include "editing/qt/shift_cells_dialog.h"
 
 namespace quirnel {
 
 bool QtEditingDialogs::JumpToRow(JumpToRowRequest& request)
 {
     JumpToRowDialog dialog(request, m_parent);
+    return dialog.exec() == QDialog::Accepted;
+}
+
+bool QtEditingDialogs::NewColumn(NewColumnRequest& request)
+{
+    NewColumnDialog dialog(request, m_parent);
+    return dialog.exec() == QDialog::Accepted;
+}
+
+bool QtEditingDialogs::DeleteColumn(DeleteColumnRequest& request)
+{
+    DeleteColumnDialog dialog(request, m_parent);
+    return dialog.exec() == QDialog::Accepted;
+}
+
+bool QtEditingDialogs::RenameColumn(RenameColumnRequest& request)
+{
+    RenameColumnDialog dialog(request, m_parent);
+    return dialog.exec() == QDialog::Accepted;
+}
+
+bool QtEditingDialogs::CombineColumns(CombineColumnsRequest& request)
+{
+    CombineColumnsDialog dialog(request, m_parent);
+    return dialog.exec() == QDialog::Accepted;
+}
+
+bool QtEditingDialogs::SetEntireColumn(SetEntireColumnRequest& request)
+{
+    SetEntireColumnDialog dialog(request, m_parent);
+    return dialog.exec() == QDialog::Accepted;
+}
+
+bool QtEditingDialogs::ShiftCells(ShiftCellsRequest& request)
+{
+    ShiftCellsDialog dialog(request, m_parent);
     return dialog.exec() == QDialog::Accepted;
 }
 

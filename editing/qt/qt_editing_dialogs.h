@@ -15,6 +15,12 @@ public:
     explicit QtEditingDialogs(QWidget* parent = nullptr) : m_parent(parent) {}
 
     bool JumpToRow(JumpToRowRequest& request) override;
+    bool NewColumn(NewColumnRequest& request) override;
+    bool DeleteColumn(DeleteColumnRequest& request) override;
+    bool RenameColumn(RenameColumnRequest& request) override;
+    bool CombineColumns(CombineColumnsRequest& request) override;
+    bool SetEntireColumn(SetEntireColumnRequest& request) override;
+    bool ShiftCells(ShiftCellsRequest& request) override;
     bool Scope(ScopeRequest& request) override;
     bool ExportHtml(ExportHtmlRequest& request) override;
     bool PrintOptions(PrintOptionsRequest& request) override;

@@ -1,10 +1,13 @@
-// A long random run of row commands, focus changes, selections, sorting and hiding, each step
-// checked against a plain model of the table: rows in file order with their flags, the order
-// they are shown in, and the focus as a row identity. The model moves one row at a time through
-// vectors, so a fault in the table's one-pass paths (duplication, reordering, deletion by flags)
-// or in a command's choice of the next current row shows up as a difference.
+// A long random run of row commands, column insertions, deletions and moves, focus changes,
+// selections, sorting and hiding, each step checked against a plain model of the table: rows in
+// file order with their flags, the order they are shown in, and the focus as a row identity.
+// The model moves one row at a time through vectors, so a fault in the table's one-pass paths
+// (duplication, reordering, deletion by flags) or in a command's choice of the next current row
+// shows up as a difference. Deleting the sort column leaves the rows where a sort put them; the
+// row commands then work on the rows as shown.
 
 #include "document/table_document.h"
+#include "editing/column_commands.h"
 #include "editing/row_commands.h"
 #include "tests/support/editing_doubles.h"
 #include "tests/view/table_test_util.h"
@@ -98,10 +101,12 @@ private:
         return texts;
     }
 
-    // Unsorted, rows show in file order; sorted, they keep their places. Hidden rows go last.
+    // In file order, rows show in file order; sorted, or in the order a deleted sort column
+    // left, they keep their places. Hidden rows go last.
+    bool Kept() const { return m_sortColumn < 0 && m_kept; }
     void Settle()
     {
-        if (m_sortColumn < 0) {
+        if (m_sortColumn < 0 && !m_kept) {
             m_shown.clear();
             for (const Row& row : m_rows)
                 m_shown.push_back(row.id);
@@ -113,6 +118,7 @@ private:
     {
         m_sortColumn = -1;
         m_ascending = true;
+        m_kept = false;
         Settle();
     }
     void Erase(const std::vector<int>& ids)
@@ -290,6 +296,7 @@ private:
             return;
         m_sortColumn = column;
         m_ascending = ascending;
+        m_kept = false;
         AdoptSortedOrder();
     }
 
@@ -307,8 +314,14 @@ private:
         const long long wanted = m_focus < 0 ? Count() : Index(m_focus) + 1LL * offset;
         const auto at = static_cast<int>(std::clamp<long long>(wanted, 0, Count()));
         const Row row{m_nextId++, std::vector<std::string>(m_columns), false, false};
+        const int shownAt = Position(m_focus) + offset;
         m_rows.insert(m_rows.begin() + at, row);
-        m_shown.push_back(row.id); // sorted, a new row shows below every shown row
+        // Sorted, a new row shows below every shown row; in a kept order, next to the current
+        // row as shown.
+        if (Kept() && offset < 2 && m_focus >= 0)
+            m_shown.insert(m_shown.begin() + shownAt, row.id);
+        else
+            m_shown.push_back(row.id);
         Settle();
         FrameDone(row.id);
     }
@@ -361,8 +374,9 @@ private:
         FrameDone(focus);
     }
 
-    // Among the shown rows in file order, each moving row swaps with its neighbour, one at a
-    // time; rows packed against the edge stay. Hidden rows keep their places in the file.
+    // Among the shown rows in file order (or as shown, in a kept order), each moving row swaps
+    // with its neighbour, one at a time; rows packed against the edge stay. Hidden rows keep
+    // their places in the file.
     void Move(bool up)
     {
         const bool selection = Selected() > 0;
@@ -372,9 +386,20 @@ private:
             !UnsortFirst(title, "moved",
                          std::string("move the ") + (selection ? "selected rows?" : "row?")))
             return;
+        // The file places of the shown rows, in the order they are moved among.
+        std::vector<int> slots;
+        if (Kept()) {
+            for (int id : m_shown)
+                if (!Find(id).hidden)
+                    slots.push_back(Index(id));
+        } else {
+            for (int i = 0; i < Count(); ++i)
+                if (!m_rows[i].hidden)
+                    slots.push_back(i);
+        }
         std::vector<Row> line;
-        std::copy_if(m_rows.begin(), m_rows.end(), std::back_inserter(line),
-                     [](const Row& row) { return !row.hidden; });
+        for (int slot : slots)
+            line.push_back(m_rows[slot]);
         if (!up)
             std::reverse(line.begin(), line.end());
         auto moving = [&](const Row& row) { return selection ? row.selected : row.id == m_focus; };
@@ -393,9 +418,18 @@ private:
         }
         if (!up)
             std::reverse(line.begin(), line.end());
-        auto next = line.begin();
-        for (Row& row : m_rows)
-            row = row.hidden ? row : *next++;
+        for (std::size_t k = 0; k < slots.size(); ++k)
+            m_rows[slots[k]] = line[k];
+        if (Kept()) {
+            // Each place on screen keeps its place in the file, so the screen shows the move.
+            std::vector<int> shown;
+            for (const Row& row : line)
+                shown.push_back(row.id);
+            for (int id : m_shown)
+                if (Find(id).hidden)
+                    shown.push_back(id);
+            m_shown = shown;
+        }
         Settle();
         FrameDone(m_focus);
     }
@@ -427,10 +461,99 @@ private:
         FrameDone(m_focus < 0 ? -1 : AtClampedPosition(p));
     }
 
+    // The command's own precondition refusal when it needs a current data column.
+    bool RefusedWithoutColumn(const std::string& title)
+    {
+        if (m_focusColumn >= 1 && m_focusColumn <= m_columns)
+            return false;
+        m_fx.ui.Expect(title,
+                       "Please select a column first by clicking on any cell in the column.");
+        return true;
+    }
+
+    // Columns count from 1 here as in the table; a row's texts from 0.
+    void InsertColumn()
+    {
+        if (m_columns >= 4)
+            return;
+        const int offset = Pick(0, 2);
+        const std::string title = offset == 2   ? "Create Column"
+                                  : offset == 0 ? "Insert Column Before"
+                                                : "Insert Column After";
+        const int command = offset == 2 ? kCreateColumnOffset : offset;
+        if (offset < 2 && RefusedWithoutColumn(title)) {
+            NewColumnCommand(m_fx.context, command);
+            return;
+        }
+        const int after = Pick(0, m_columns);
+        m_fx.dialogs.Expect<NewColumnRequest>("NewColumn", [after](NewColumnRequest& request) {
+            request.insertAfter = after;
+            return true;
+        });
+        NewColumnCommand(m_fx.context, command);
+        for (Row& row : m_rows)
+            row.texts.insert(row.texts.begin() + after, std::string());
+        ++m_columns;
+        if (m_sortColumn > after)
+            ++m_sortColumn;
+        m_focusColumn = m_focus < 0 ? -1 : after + 1;
+        m_changed = true;
+    }
+
+    void DeleteColumn()
+    {
+        if (m_columns < 2)
+            return;
+        // The sort column often, so that rows are left in a kept order.
+        const int column = m_sortColumn >= 1 && Chance(50) ? m_sortColumn : Pick(1, m_columns);
+        m_fx.dialogs.Expect<DeleteColumnRequest>("DeleteColumn",
+                                                 [column](DeleteColumnRequest& request) {
+                                                     request.column = column;
+                                                     return true;
+                                                 });
+        DeleteColumnCommand(m_fx.context);
+        for (Row& row : m_rows)
+            row.texts.erase(row.texts.begin() + (column - 1));
+        --m_columns;
+        if (m_sortColumn == column) {
+            m_sortColumn = -1;
+            m_ascending = true;
+            m_kept = true;
+        } else if (m_sortColumn > column) {
+            --m_sortColumn;
+        }
+        m_focusColumn = m_focus < 0 ? -1 : std::clamp(column, 1, m_columns);
+        m_changed = true;
+    }
+
+    void MoveColumn()
+    {
+        const bool left = Chance(50);
+        const std::string title = left ? "Move Column Left" : "Move Column Right";
+        if (!RefusedWithoutColumn(title)) {
+            const int from = m_focusColumn;
+            const int to = left ? from - 1 : from + 1;
+            if (to < 1 || to > m_columns) {
+                ++m_beeps;
+            } else {
+                for (Row& row : m_rows)
+                    std::swap(row.texts[from - 1], row.texts[to - 1]);
+                if (m_sortColumn == from)
+                    m_sortColumn = to;
+                else if (m_sortColumn == to)
+                    m_sortColumn = from;
+                m_focusColumn = m_focus < 0 ? -1 : to;
+                m_changed = true;
+            }
+        }
+        MoveColumnCommand(m_fx.context, left);
+    }
+
     void CheckTable()
     {
         const TableControl& table = Table();
         ExpectOrderInvariants(table);
+        EXPECT_EQ(table.ColumnCount(), m_columns + 1);
         std::vector<Row> rows;
         std::vector<int> shown;
         for (int r = 0; r < table.RowCount(); ++r) {
@@ -454,6 +577,8 @@ private:
     int m_focusColumn = -1;
     int m_sortColumn = -1;
     bool m_ascending = true;
+    /// Unsorted, but shown in the order a deleted sort column left.
+    bool m_kept = false;
     bool m_noConfirm = false;
     int m_nextId = 0;
     int m_beeps = 0;
@@ -488,6 +613,10 @@ void RandomRun::Run(int steps)
         {"deduplicate", 3, [this] { Deduplicate(); }, DeduplicateRowsCommand},
         {"shuffle", 1, [this] { m_shuffling = !Refused("Shuffle Rows", 0x80); },
          ShuffleRowsCommand},
+        // The column steps run their commands themselves: some do not run at all.
+        {"insert column", 2, [this] { InsertColumn(); }, nullptr},
+        {"delete column", 2, [this] { DeleteColumn(); }, nullptr},
+        {"move column", 2, [this] { MoveColumn(); }, nullptr},
     };
     std::vector<int> weights;
     for (const Step& kind : kinds)
@@ -504,6 +633,7 @@ void RandomRun::Run(int steps)
         if (std::exchange(m_shuffling, false))
             AdoptShuffle();
         m_fx.ui.VerifyAllUsed();
+        m_fx.dialogs.VerifyAllUsed();
         EXPECT_EQ(m_fx.ui.Beeps(), m_beeps) << "only a move that cannot happen sounds";
         EXPECT_EQ(m_fx.document.Modified(), m_changed);
         EXPECT_FALSE(m_fx.host.busy);

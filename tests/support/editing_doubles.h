@@ -4,6 +4,7 @@
 // random sequence, and a fixture holding a small document with all of them wired.
 
 #include "document/table_document.h"
+#include "editing/column_commands.h"
 #include "editing/export_html.h"
 #include "editing/jump_to_row.h"
 #include "editing/print_table.h"
@@ -39,6 +40,24 @@ public:
     }
 
     bool JumpToRow(JumpToRowRequest& request) override { return Answer("JumpToRow", &request); }
+    bool NewColumn(NewColumnRequest& request) override { return Answer("NewColumn", &request); }
+    bool DeleteColumn(DeleteColumnRequest& request) override
+    {
+        return Answer("DeleteColumn", &request);
+    }
+    bool RenameColumn(RenameColumnRequest& request) override
+    {
+        return Answer("RenameColumn", &request);
+    }
+    bool CombineColumns(CombineColumnsRequest& request) override
+    {
+        return Answer("CombineColumns", &request);
+    }
+    bool SetEntireColumn(SetEntireColumnRequest& request) override
+    {
+        return Answer("SetEntireColumn", &request);
+    }
+    bool ShiftCells(ShiftCellsRequest& request) override { return Answer("ShiftCells", &request); }
     bool Scope(ScopeRequest& request) override { return Answer("Scope", &request); }
     bool ExportHtml(ExportHtmlRequest& request) override { return Answer("ExportHtml", &request); }
     bool PrintOptions(PrintOptionsRequest& request) override

@@ -2,6 +2,7 @@
 #include "app/command_router.h"
 #include "app/command_state.h"
 #include "app/command_table.h"
+#include "app/heading_menu.h"
 #include "app/menu_model.h"
 #include "tests/support/editing_doubles.h"
 
@@ -64,24 +65,14 @@ struct RouterFixture : EditingFixture
 
 /// Commands of the table-editing work still to come; each shows disabled until it lands.
 const std::set<int> kNotYetBuilt = {
-    cmd::kCombineColumns,
     cmd::kCopyColumn,
-    cmd::kCreateColumn,
     cmd::kCutColumn,
-    cmd::kDeleteColumn,
-    cmd::kInsertColumnAfter,
-    cmd::kInsertColumnBefore,
-    cmd::kMoveColumnLeft,
-    cmd::kMoveColumnRight,
     cmd::kPasteColumn,
-    cmd::kRenameColumn,
     cmd::kSearchColumn,
     cmd::kSearchColumnContinue,
-    cmd::kSetEntireColumn,
     cmd::kCopyRows,
     cmd::kCutRows,
     cmd::kPasteRows,
-    cmd::kShiftCells,
     cmd::kFind,
     cmd::kFindReplace,
     cmd::kFindNext,
@@ -90,6 +81,24 @@ const std::set<int> kNotYetBuilt = {
     cmd::kImportCsvFile,
     cmd::kSpellCheckTable,
 };
+
+/// The next dialog is the column dialog `name`, and the user cancels it.
+void ExpectCancelledColumnDialog(ScriptedDialogs& dialogs, const std::string& name)
+{
+    auto cancel = [](auto&) { return false; };
+    if (name == "NewColumn")
+        dialogs.Expect<NewColumnRequest>(name, cancel);
+    else if (name == "DeleteColumn")
+        dialogs.Expect<DeleteColumnRequest>(name, cancel);
+    else if (name == "RenameColumn")
+        dialogs.Expect<RenameColumnRequest>(name, cancel);
+    else if (name == "CombineColumns")
+        dialogs.Expect<CombineColumnsRequest>(name, cancel);
+    else if (name == "SetEntireColumn")
+        dialogs.Expect<SetEntireColumnRequest>(name, cancel);
+    else
+        dialogs.Expect<ShiftCellsRequest>(name, cancel);
+}
 
 TEST(CommandRouter, EveryCommandOfTheTableDispatchesOrShowsDisabled)
 {
@@ -138,6 +147,15 @@ TEST(CommandRouter, EveryCommandOfTheTableDispatchesOrShowsDisabled)
         if (command.id == cmd::kPrint)
             f.dialogs.Expect<PrintOptionsRequest>("PrintOptions",
                                                   [](PrintOptionsRequest&) { return false; });
+        // The column commands stop at their dialogs; Move Column Left from column 1 beeps.
+        const std::map<int, std::string> columnDialogs = {
+            {cmd::kCreateColumn, "NewColumn"},          {cmd::kInsertColumnBefore, "NewColumn"},
+            {cmd::kInsertColumnAfter, "NewColumn"},     {cmd::kDeleteColumn, "DeleteColumn"},
+            {cmd::kRenameColumn, "RenameColumn"},       {cmd::kCombineColumns, "CombineColumns"},
+            {cmd::kSetEntireColumn, "SetEntireColumn"}, {cmd::kShiftCells, "ShiftCells"},
+        };
+        if (auto dialog = columnDialogs.find(command.id); dialog != columnDialogs.end())
+            ExpectCancelledColumnDialog(f.dialogs, dialog->second);
         if (command.id == cmd::kTrimWhitespace)
             f.dialogs.Expect<ScopeRequest>("Scope", [](ScopeRequest& request) {
                 EXPECT_EQ(request.entries[1], "Current row (2)");
@@ -211,6 +229,8 @@ TEST(CommandRouter, EveryMenuEntryOfThisWorkResolves)
     state.columnCount = 3;
     state.currentColumn = 1;
     std::vector<int> ids = MenuCommandIds(OnInitPopup(cmd::kRowMenu, state));
+    const std::vector<int> column = MenuCommandIds(OnInitPopup(cmd::kColumnMenu, state));
+    ids.insert(ids.end(), column.begin(), column.end());
     for (const Menu& menu : MainMenuBar(false)) {
         std::vector<int> more = MenuCommandIds(menu.entries);
         ids.insert(ids.end(), more.begin(), more.end());
@@ -234,6 +254,45 @@ TEST(CommandRouter, GridMenuCommandsMapToTheirCommands)
     EXPECT_TRUE(
         f.router.DispatchGridCommand(static_cast<int>(GridCommand::DeleteAllRows), -1, 0, 1));
     EXPECT_EQ(f.document.RowCount(), 0);
+}
+
+TEST(CommandRouter, HeadingEntriesActOnTheClickedColumn)
+{
+    RouterFixture f;
+    EditorTableOwner owner;
+    TableControl& table = f.document.Table();
+    table.SetOwner(&owner);
+    std::vector<std::string> texts;
+    for (const MenuEntry& entry : table.HeaderMenu(2))
+        if (entry.command >= cmd::kToggleBoundOption)
+            texts.push_back(entry.text);
+    EXPECT_EQ(texts,
+              (std::vector<std::string>{"Combine columns", "Copy column", "Delete column",
+                                        "Insert column after", "Insert column before",
+                                        "Move column left", "Move column right", "Rename column"}));
+    EXPECT_TRUE(f.router.HandlesGridCommand(cmd::kHeadingDeleteColumn));
+    EXPECT_FALSE(f.router.HandlesGridCommand(cmd::kHeadingCopyColumn));
+
+    // The current column is 1; the heading of column 2 was clicked.
+    EXPECT_TRUE(f.router.DispatchGridCommand(cmd::kHeadingMoveColumnLeft, -1, -1, 2));
+    EXPECT_EQ(f.document.ColumnName(1), "amount");
+    EXPECT_EQ(table.FocusColumn(), 2);
+    f.dialogs.Expect<SetEntireColumnRequest>("SetEntireColumn",
+                                             [](SetEntireColumnRequest& request) {
+                                                 request.text = "z";
+                                                 return true;
+                                             });
+    EXPECT_TRUE(
+        f.router.DispatchGridCommand(static_cast<int>(GridCommand::SetEntireColumn), -1, -1, 1));
+    EXPECT_EQ(f.Stored(1), (std::vector<std::string>{"z", "z", "z"}));
+    EXPECT_EQ(f.Stored(2), (std::vector<std::string>{"b", "a", "c"}));
+    f.dialogs.Expect<DeleteColumnRequest>("DeleteColumn", [](DeleteColumnRequest& request) {
+        EXPECT_EQ(request.column, 1);
+        return true;
+    });
+    EXPECT_TRUE(f.router.DispatchGridCommand(cmd::kHeadingDeleteColumn, -1, -1, 1));
+    EXPECT_EQ(f.document.ColumnName(1), "name");
+    table.SetOwner(nullptr);
 }
 
 } // namespace

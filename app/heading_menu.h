@@ -1,0 +1,27 @@
+#pragma once
+// The window's part in the grid control's column-heading menu: the column commands, sent with
+// their heading ids so that they act on the column whose heading was clicked.
+
+#include "view/table_control.h"
+
+#include <vector>
+
+namespace quirnel {
+
+/// Appends the window's entries for a heading: "Combine columns", "Copy column", "Delete
+/// column", "Insert column after", "Insert column before", "Move column left", "Move column
+/// right", "Rename column", and the two column searches when `columnSearch`. The "#" column
+/// gets none.
+void AddHeadingColumnEntries(int column, bool columnSearch, std::vector<MenuEntry>& entries);
+
+/// The grid's owner as the editor window is: it adds the heading entries.
+class EditorTableOwner : public TableControlOwner
+{
+public:
+    void AddColumnMenuEntries(int column, std::vector<MenuEntry>& entries) override
+    {
+        AddHeadingColumnEntries(column, HasColumnSearch(), entries);
+    }
+};
+
+} // namespace quirnel
