@@ -3,6 +3,8 @@
 // choice lists that carry their stored values.
 
 #include <QComboBox>
+#include <QDialog>
+#include <QDialogButtonBox>
 #include <QString>
 #include <QWidget>
 
@@ -34,6 +36,15 @@ inline void SelectValue(QComboBox* box, int value)
 inline int SelectedValue(const QComboBox* box)
 {
     return box->currentData().toInt();
+}
+
+/// OK and Cancel, wired to the dialog's accept and reject.
+inline QDialogButtonBox* OkCancel(QDialog* dialog)
+{
+    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, dialog);
+    QObject::connect(buttons, &QDialogButtonBox::accepted, dialog, &QDialog::accept);
+    QObject::connect(buttons, &QDialogButtonBox::rejected, dialog, &QDialog::reject);
+    return buttons;
 }
 
 inline QString Utf8(const std::string& text)

@@ -24,14 +24,6 @@ QComboBox* ValueBox(const std::vector<LabelledValue>& choices, int value, QWidge
     return box;
 }
 
-QDialogButtonBox* OkCancel(QDialog* dialog)
-{
-    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, dialog);
-    QObject::connect(buttons, &QDialogButtonBox::accepted, dialog, &QDialog::accept);
-    QObject::connect(buttons, &QDialogButtonBox::rejected, dialog, &QDialog::reject);
-    return buttons;
-}
-
 } // namespace
 
 FilePropertiesDialog::FilePropertiesDialog(FilePropertiesRequest& request, QWidget* parent)

@@ -46,14 +46,6 @@ int ChosenColumn(const QComboBox* box)
     return box->currentIndex() < 0 ? -1 : SelectedValue(box);
 }
 
-QDialogButtonBox* OkCancel(QDialog* dialog)
-{
-    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, dialog);
-    QObject::connect(buttons, &QDialogButtonBox::accepted, dialog, &QDialog::accept);
-    QObject::connect(buttons, &QDialogButtonBox::rejected, dialog, &QDialog::reject);
-    return buttons;
-}
-
 } // namespace
 
 NewColumnDialog::NewColumnDialog(NewColumnRequest& request, QWidget* parent)

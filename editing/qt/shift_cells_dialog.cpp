@@ -4,7 +4,6 @@
 #include "editing/column_commands.h"
 
 #include <QComboBox>
-#include <QDialogButtonBox>
 #include <QFormLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -79,10 +78,7 @@ ShiftCellsDialog::ShiftCellsDialog(ShiftCellsRequest& request, QWidget* parent)
     previewLayout->addWidget(m_preview);
     layout->addWidget(preview, 1);
 
-    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
-    connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
-    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
-    layout->addWidget(buttons);
+    layout->addWidget(OkCancel(this));
 
     for (QRadioButton* choice : {m_left, m_right, m_all, m_leftOfPivot, m_rightOfPivot})
         connect(choice, &QRadioButton::toggled, this, [this] { UpdatePreview(); });
