@@ -30,30 +30,25 @@
 
 namespace {
 
-/// Nobody is watching: every box is answered No, and nothing is cancelled.
+/// Nobody is watching: every box gets the same answer and nothing is cancelled. The loads
+/// answer No and say what they were asked; the commands answer Yes, so each runs to its end.
 class SilentUi : public ost::UserInterface
 {
 public:
+    explicit SilentUi(int answer = ost::kButtonNo) : m_answer(answer) {}
     int MessageBox(const ost::MessageBoxRequest& request) override
     {
-        std::fprintf(stderr, "quirnel-bench: %s\n", request.text.c_str());
-        return ost::kButtonNo;
+        if (m_answer == ost::kButtonNo)
+            std::fprintf(stderr, "quirnel-bench: %s\n", request.text.c_str());
+        return m_answer;
     }
     void Beep() override {}
     void BeginProgress(const std::string&) override {}
     bool UpdateProgress(double) override { return true; }
     void EndProgress() override {}
-};
 
-/// For the row commands: every question is answered Yes, so each command runs to its end.
-class AgreeingUi : public ost::UserInterface
-{
-public:
-    int MessageBox(const ost::MessageBoxRequest&) override { return ost::kButtonYes; }
-    void Beep() override {}
-    void BeginProgress(const std::string&) override {}
-    bool UpdateProgress(double) override { return true; }
-    void EndProgress() override {}
+private:
+    int m_answer;
 };
 
 class NoDialogs : public quirnel::EditingDialogs
@@ -243,7 +238,7 @@ bool TimeRowCommand(const char* name, const std::string& path, Prepare prepare, 
     format.path = path;
     if (!quirnel::LoadCsvFile(document, format, "quirnel-bench"))
         return false;
-    AgreeingUi ui;
+    SilentUi ui(ost::kButtonYes);
     Dialogs dialogs;
     NoClipboard clipboard;
     IdleHost host;
@@ -291,7 +286,7 @@ bool TimeTrimAndExport(const std::string& path)
             return true;
         }
     } dialogs;
-    AgreeingUi ui;
+    SilentUi ui(ost::kButtonYes);
     NoClipboard clipboard;
     IdleHost host;
     quirnel::EditingPreferences prefs;

@@ -18,8 +18,7 @@ namespace {
 
 std::string Caption(int id)
 {
-    const CommandSpec* command = FindCommand(id);
-    return command ? std::string(command->label) : std::string();
+    return std::string(CommandLabel(id));
 }
 
 struct TrimTally
