@@ -226,27 +226,45 @@ int IntegerColumn(const quirnel::TableDocument& document)
     return 1;
 }
 
+/// A document of its own with the file loaded, and everything a command needs around it:
+/// every question answered Yes, rows deleted without asking, `dialogs` for the dialogs.
+struct CommandBench
+{
+    explicit CommandBench(quirnel::EditingDialogs& answers) : dialogs(answers)
+    {
+        prefs.noConfirmDeleteRow = true;
+    }
+    bool Load(const std::string& path)
+    {
+        quirnel::FileFormat format;
+        format.path = path;
+        return quirnel::LoadCsvFile(document, format, "quirnel-bench");
+    }
+
+    SilentUi loadUi;
+    quirnel::TableDocument document{loadUi};
+    SilentUi ui{ost::kButtonYes};
+    quirnel::EditingDialogs& dialogs;
+    NoClipboard clipboard;
+    IdleHost host;
+    quirnel::EditingPreferences prefs;
+    FixedRandom random;
+    quirnel::EditingState state;
+    quirnel::ToolContext context{document, ui, dialogs, clipboard, host, prefs, random, state};
+};
+
 /// Loads the file into a document of its own, lets `prepare` select rows, and times `command`
 /// alone: each figure starts from the file as loaded, whatever the others did. `Dialogs`
 /// answers the command's dialog.
 template <class Dialogs = NoDialogs, class Prepare, class Command>
 bool TimeRowCommand(const char* name, const std::string& path, Prepare prepare, Command command)
 {
-    SilentUi loadUi;
-    quirnel::TableDocument document(loadUi);
-    quirnel::FileFormat format;
-    format.path = path;
-    if (!quirnel::LoadCsvFile(document, format, "quirnel-bench"))
-        return false;
-    SilentUi ui(ost::kButtonYes);
     Dialogs dialogs;
-    NoClipboard clipboard;
-    IdleHost host;
-    quirnel::EditingPreferences prefs;
-    prefs.noConfirmDeleteRow = true;
-    FixedRandom random;
-    quirnel::EditingState state;
-    quirnel::ToolContext context{document, ui, dialogs, clipboard, host, prefs, random, state};
+    CommandBench bench(dialogs);
+    if (!bench.Load(path))
+        return false;
+    quirnel::ToolContext& context = bench.context;
+    quirnel::TableDocument& document = bench.document;
     prepare(document.Table());
     const auto start = std::chrono::steady_clock::now();
     command(context);
@@ -258,23 +276,6 @@ bool TimeRowCommand(const char* name, const std::string& path, Prepare prepare, 
 /// HTML file; both on the file as loaded.
 bool TimeTrimAndExport(const std::string& path)
 {
-    SilentUi loadUi;
-    quirnel::TableDocument document(loadUi);
-    quirnel::FileFormat format;
-    format.path = path;
-    if (!quirnel::LoadCsvFile(document, format, "quirnel-bench"))
-        return false;
-    const std::string target = (std::filesystem::temp_directory_path() /
-                                ("quirnel-bench-" + std::to_string(::getpid()) + ".html"))
-                                   .string();
-    auto start = std::chrono::steady_clock::now();
-    const quirnel::HtmlFileResult html = quirnel::WriteHtmlFile(document, target, 0);
-    const double exportSeconds = SecondsSince(start);
-    std::error_code error;
-    std::filesystem::remove(target, error);
-    if (!html.ok)
-        return false;
-
     class WholeTable : public NoDialogs
     {
     public:
@@ -286,15 +287,23 @@ bool TimeTrimAndExport(const std::string& path)
             return true;
         }
     } dialogs;
-    SilentUi ui(ost::kButtonYes);
-    NoClipboard clipboard;
-    IdleHost host;
-    quirnel::EditingPreferences prefs;
-    FixedRandom random;
-    quirnel::EditingState state;
-    quirnel::ToolContext context{document, ui, dialogs, clipboard, host, prefs, random, state};
+    CommandBench bench(dialogs);
+    if (!bench.Load(path))
+        return false;
+    quirnel::TableDocument& document = bench.document;
+    const std::string target = (std::filesystem::temp_directory_path() /
+                                ("quirnel-bench-" + std::to_string(::getpid()) + ".html"))
+                                   .string();
+    auto start = std::chrono::steady_clock::now();
+    const quirnel::HtmlFileResult html = quirnel::WriteHtmlFile(document, target, 0);
+    const double exportSeconds = SecondsSince(start);
+    std::error_code error;
+    std::filesystem::remove(target, error);
+    if (!html.ok)
+        return false;
+
     start = std::chrono::steady_clock::now();
-    quirnel::TrimWhitespaceCommand(context);
+    quirnel::TrimWhitespaceCommand(bench.context);
     std::printf("trim_s %.3f s\n", SecondsSince(start));
     std::printf("export_html_s %.3f s\n", exportSeconds);
     std::printf("export_html_mb %.1f MB\n", static_cast<double>(html.bytes) / 1e6);
