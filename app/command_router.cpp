@@ -5,6 +5,7 @@
 #include "document/table_document.h"
 #include "editing/column_commands.h"
 #include "editing/export_html.h"
+#include "editing/find_replace.h"
 #include "editing/print_table.h"
 #include "editing/row_commands.h"
 #include "editing/table_commands.h"
@@ -204,6 +205,21 @@ bool CommandRouter::Route(int id, bool run, int clicked) const
     case cmd::kTrimColumnWhitespace:
         return go([&] { TrimColumnWhitespaceCommand(tools); });
 
+    case cmd::kFind:
+        return go([&] { SearchTableCommand(tools, SearchMode::Find, false, id); });
+    case cmd::kFindReplace:
+        return go([&] { SearchTableCommand(tools, SearchMode::FindReplace, false, id); });
+    case cmd::kFindNext:
+    case cmd::kFindPrevious:
+        return go(
+            [&] { SearchTableCommand(tools, SearchMode::Continue, id == cmd::kFindPrevious, id); });
+    case cmd::kSearchColumn:
+    case cmd::kHeadingSearchColumn:
+        return go([&] { SearchColumnCommand(tools, false, clicked); });
+    case cmd::kSearchColumnContinue:
+    case cmd::kHeadingSearchColumnContinue:
+        return go([&] { SearchColumnCommand(tools, true, clicked); });
+
     case cmd::kRowMenu:
     case cmd::kColumnMenu:
     case cmd::kSortOnColumnMenu:
@@ -298,7 +314,9 @@ bool CommandRouter::DispatchGridCommand(int command, int /*argument*/, int row, 
     const bool heading =
         command == static_cast<int>(GridCommand::SetEntireColumn) ||
         (id >= cmd::kHeadingDeleteColumn && id <= cmd::kHeadingSearchColumnContinue) ||
-        id == cmd::kHeadingCopyColumn || id == cmd::kHeadingCombineColumns;
+        id == cmd::kHeadingCopyColumn || id == cmd::kHeadingCombineColumns ||
+        command == static_cast<int>(GridCommand::SearchColumn) ||
+        command == static_cast<int>(GridCommand::SearchColumnContinue);
     return heading ? Route(id, true, column) : Dispatch(id);
 }
 

@@ -2,6 +2,7 @@
 // The window's part in the grid control's column-heading menu: the column commands, sent with
 // their heading ids so that they act on the column whose heading was clicked.
 
+#include "editing/search_options.h"
 #include "view/table_control.h"
 
 #include <vector>
@@ -20,8 +21,16 @@ class EditorTableOwner : public TableControlOwner
 public:
     void AddColumnMenuEntries(int column, std::vector<MenuEntry>& entries) override
     {
-        AddHeadingColumnEntries(column, HasColumnSearch(), entries);
+        // The control's own "Search column" entries stand in the menu already.
+        AddHeadingColumnEntries(column, false, entries);
     }
+    /// Where the column search keeps its state: "Search column/continue" shows once it has
+    /// searched.
+    void SetColumnSearchState(const ColumnSearchState* state) { m_columnSearch = state; }
+    bool HasColumnSearch() override { return m_columnSearch && m_columnSearch->made; }
+
+private:
+    const ColumnSearchState* m_columnSearch = nullptr;
 };
 
 } // namespace quirnel

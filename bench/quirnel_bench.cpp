@@ -65,6 +65,8 @@ public:
     bool ExportHtml(quirnel::ExportHtmlRequest&) override { return false; }
     bool PrintOptions(quirnel::PrintOptionsRequest&) override { return false; }
     bool PrintSetup(quirnel::PrintJobRequest&) override { return false; }
+    bool Search(quirnel::SearchRequest&) override { return false; }
+    bool SearchColumn(quirnel::SearchColumnRequest&) override { return false; }
 };
 
 /// The column dialogs answered as someone working on a whole column of the file would: a new
@@ -115,6 +117,8 @@ public:
     bool RunOpenFile() override { return false; }
     bool OpenWithDefaultProgram(const std::string&) override { return false; }
     std::unique_ptr<quirnel::HtmlViewer> CreateHtmlViewer() override { return nullptr; }
+    void ShowCellMatch(int, int, int, int) override {}
+    void EndMultilineEditing() override {}
 };
 
 /// The same sequence every run, so that shuffles compare between runs.

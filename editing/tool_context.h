@@ -4,6 +4,8 @@
 // a random source and the host window's duties. Nothing here knows a widget, so every command
 // runs the same under a test's scripted answers as in the editor.
 
+#include "editing/search_options.h"
+
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -28,6 +30,8 @@ struct RenameColumnRequest;
 struct SetEntireColumnRequest;
 struct ShiftCellsRequest;
 struct ScopeRequest;
+struct SearchRequest;
+struct SearchColumnRequest;
 
 /// One virtual per dialog of the editing commands. Each takes a request that carries the
 /// defaults in and the user's choices out; false means the user cancelled.
@@ -51,6 +55,11 @@ public:
     virtual bool PrintOptions(PrintOptionsRequest& request) = 0;
     /// The system's print dialog: printer or file, copies, pages.
     virtual bool PrintSetup(PrintJobRequest& request) = 0;
+
+    /// "Search": the options of Find and Find/Replace.
+    virtual bool Search(SearchRequest& request) = 0;
+    /// "Search Column": the text and two options of the grid's column search.
+    virtual bool SearchColumn(SearchColumnRequest& request) = 0;
 };
 
 /// What only the window can do for a command.
@@ -79,6 +88,12 @@ public:
     virtual bool OpenWithDefaultProgram(const std::string& path) = 0;
     /// A fresh HTML viewer for printing; nullptr when none can be made.
     virtual std::unique_ptr<HtmlViewer> CreateHtmlViewer() = 0;
+
+    /// Makes the cell current and shows its text with [start, start + length) selected; the
+    /// offsets count UTF-16 units of the text as shown.
+    virtual void ShowCellMatch(int row, int column, int start, int length) = 0;
+    /// Turns multiline editing mode off: the Editor pane closes.
+    virtual void EndMultilineEditing() = 0;
 };
 
 /// The "Settings" values editing commands read and write. The application's preferences
@@ -112,13 +127,28 @@ public:
     virtual std::uint64_t Next() = 0;
 };
 
-/// Editing state that lives as long as the open file: the bookmarked cell.
+/// Editing state that lives as long as the open file: the bookmarked cell. The searches keep
+/// their options for as long as the window lives; their matches go with the file.
 struct EditingState
 {
     /// Storage row and column; -1 when none.
     int bookmarkRow = -1;
     int bookmarkColumn = -1;
-    void Forget() { bookmarkRow = bookmarkColumn = -1; }
+    void Forget()
+    {
+        bookmarkRow = bookmarkColumn = -1;
+        ForgetSearches();
+    }
+
+    SearchState search;
+    ColumnSearchState columnSearch;
+    void ForgetSearches()
+    {
+        search.made = false;
+        search.row = search.column = -1;
+        columnSearch.made = false;
+        columnSearch.row = columnSearch.column = -1;
+    }
 };
 
 struct ToolContext

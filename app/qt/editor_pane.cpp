@@ -3,6 +3,11 @@
 #include "document/table_document.h"
 #include "ostrand/codepage/code_page.h"
 
+#include <QTextBlock>
+#include <QTextCursor>
+
+#include <algorithm>
+
 namespace quirnel {
 
 EditorPane::EditorPane(TableDocument& document, QWidget* parent)
@@ -65,6 +70,15 @@ bool EditorPane::Commit()
     }
     emit CellCommitted(m_row, m_column);
     return true;
+}
+
+void EditorPane::SelectText(int start, int length)
+{
+    QTextCursor cursor(document());
+    const int end = document()->characterCount() - 1;
+    cursor.setPosition(std::clamp(start, 0, end));
+    cursor.setPosition(std::clamp(start + length, 0, end), QTextCursor::KeepAnchor);
+    setTextCursor(cursor);
 }
 
 } // namespace quirnel

@@ -22,6 +22,8 @@ public:
     void Forget();
     /// Puts the pane's text into its cell; false when the cell held it already.
     bool Commit();
+    /// Selects [start, start + length) of the text (UTF-16 units), as a search shows a match.
+    void SelectText(int start, int length);
 
 signals:
     /// The pane changed the text of this cell (storage row, column).

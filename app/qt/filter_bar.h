@@ -1,6 +1,9 @@
 #pragma once
-// The toolbar's row filter: the "Filter:" check box and its text field. Until the core has a
-// row filter of its own, this hides the rows without the text itself.
+// The toolbar's row filter controls: the "Filter:" check box and its text field, with their
+// names, tips and cue text from the command table. They only send their commands and hand over
+// what they hold; the row filter itself is the core's.
+
+#include "editing/row_filter.h"
 
 #include <QObject>
 
@@ -8,8 +11,6 @@ class QCheckBox;
 class QLineEdit;
 
 namespace quirnel {
-
-class TableDocument;
 
 class FilterBar : public QObject
 {
@@ -22,9 +23,9 @@ public:
     QCheckBox* Check() const { return m_check; }
     QLineEdit* Text() const { return m_text; }
 
-    /// Carries out kFilterEnabled, kFilterText (Enter in the field turns the filter on) or
-    /// kFilterOptionChanged: hides every row without the text in any data cell, or shows all.
-    void Apply(int id, TableDocument& document, bool caseSensitive, bool wholeWord);
+    /// What the filter is to do after command `id`: Enter in the field (kFilterText) checks
+    /// the box first. The options come from the preferences.
+    RowFilterSettings Settings(int id, bool caseSensitive, bool wholeWord);
 
 signals:
     /// The check box was clicked or Enter pressed in the field.
@@ -33,7 +34,6 @@ signals:
 private:
     QCheckBox* m_check;
     QLineEdit* m_text;
-    bool m_enabled = false;
 };
 
 } // namespace quirnel

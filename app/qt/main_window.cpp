@@ -14,6 +14,7 @@
 #include "document/file_properties.h"
 #include "editing/print_table.h"
 #include "editing/qt/qt_html_viewer.h"
+#include "editing/row_filter.h"
 #include "editing/table_commands.h"
 #include "ostrand/settings/settings_exchange.h"
 #include "ostrand/settings/settings_folder.h"
@@ -105,6 +106,7 @@ MainWindow::MainWindow(MainWindowOptions options, QWidget* parent)
         qWarning("MainWindow: unknown command id %d", id);
     });
     m_document.SetHooks(this);
+    m_tableOwner.SetColumnSearchState(&m_editingState.columnSearch);
     m_document.Table().SetOwner(&m_tableOwner);
     m_document.Table().SetSettingsName("Table");
     m_document.Table().SetStyle(GRID_HIDE_COLUMNS | GRID_REMEMBER_WIDTHS | GRID_TAB_THRU);
@@ -653,9 +655,31 @@ void MainWindow::AssociateFileType()
 
 void MainWindow::FilterChanged(int id)
 {
-    CommitCellEdit();
-    m_filter->Apply(id, m_document, m_prefs.filterCaseSensitive, m_prefs.filterWholeWord);
-    m_grid->Refresh();
+    const RowFilterSettings settings =
+        m_filter->Settings(id, m_prefs.filterCaseSensitive, m_prefs.filterWholeWord);
+    // An option changed while the filter is off: there is nothing to apply.
+    if (id == cmd::kFilterOptionChanged && !settings.enabled)
+        return;
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    ApplyRowFilter(m_tools, settings);
+    QApplication::restoreOverrideCursor();
+    RefreshCommandStates(m_actions);
+}
+
+void MainWindow::ShowCellMatch(int row, int column, int start, int length)
+{
+    m_document.Table().SetFocusCell(row, column);
+    m_grid->ShowMatch(row, column, start, length);
+    m_editor->ShowFocusCell();
+    if (m_multiline)
+        m_editor->SelectText(start, length);
+    RefreshCommandStates(m_actions);
+}
+
+void MainWindow::EndMultilineEditing()
+{
+    if (m_multiline)
+        SetMultilineMode(false);
 }
 
 void MainWindow::closeEvent(QCloseEvent* event)

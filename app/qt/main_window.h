@@ -171,6 +171,8 @@ private:
     bool RunOpenFile() override { return m_session.RunOpenFile(); }
     bool OpenWithDefaultProgram(const std::string& path) override;
     std::unique_ptr<HtmlViewer> CreateHtmlViewer() override;
+    void ShowCellMatch(int row, int column, int start, int length) override;
+    void EndMultilineEditing() override;
 
     // What the file session asks of the window.
     void BeginTableReset() override;

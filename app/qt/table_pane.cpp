@@ -1,5 +1,6 @@
 #include "app/qt/table_pane.h"
 
+#include "app/qt/match_delegate.h"
 #include "view/qt/grid_model.h"
 #include "view/qt/grid_view.h"
 #include "view/table_control.h"
@@ -14,6 +15,7 @@ struct TablePane::Impl
     TableControl& table;
     GridView* view = nullptr;
     int resetting = 0;
+    MatchDelegate* matches = nullptr;
 };
 
 TablePane::TablePane(TableControl& table, QWidget* parent)
@@ -24,6 +26,8 @@ TablePane::TablePane(TableControl& table, QWidget* parent)
     m_impl->view = new GridView(table, this);
     layout->addWidget(m_impl->view);
     setFocusProxy(m_impl->view);
+    m_impl->matches = new MatchDelegate(table, m_impl->view);
+    m_impl->view->setItemDelegate(m_impl->matches);
 
     connect(m_impl->view, &GridView::cellEdited, this,
             [this](int row, int column) { emit CellEdited(row, column); });
@@ -34,6 +38,11 @@ TablePane::TablePane(TableControl& table, QWidget* parent)
     connect(m_impl->view, &GridView::rowMenuRequested, this, &TablePane::RowMenuRequested);
     // The view sets the control's focus cell itself; the pane only passes the news on.
     connect(m_impl->view->selectionModel(), &QItemSelectionModel::currentChanged, this, [this] {
+        // A match is shown only until the user moves on.
+        if (m_impl->matches->HasMatch()) {
+            m_impl->matches->Clear();
+            m_impl->view->viewport()->update();
+        }
         if (!m_impl->resetting)
             emit CurrentCellChanged();
     });
@@ -135,6 +144,13 @@ bool TablePane::EditCell(int viewRow, int column, const QString& text)
 void TablePane::SetGridCommandCheck(std::function<bool(int)> check)
 {
     m_impl->view->SetOwnerCommandCheck(std::move(check));
+}
+
+void TablePane::ShowMatch(int row, int column, int start, int length)
+{
+    ShowFocusCell();
+    m_impl->matches->SetMatch(row, column, start, length);
+    m_impl->view->viewport()->update();
 }
 
 } // namespace quirnel

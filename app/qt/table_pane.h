@@ -34,6 +34,9 @@ public:
     void CommitEdit();
     /// Scrolls to and selects the control's focus cell.
     void ShowFocusCell();
+    /// ShowFocusCell, with [start, start + length) of the cell's text (UTF-16 units) drawn
+    /// selected until the current cell changes.
+    void ShowMatch(int row, int column, int start, int length);
     /// The in-place editor while one is open, else nullptr.
     QWidget* EditorWidget() const;
     QAbstractItemView* View() const;

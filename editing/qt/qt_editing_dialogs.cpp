@@ -5,6 +5,7 @@
 #include "editing/qt/jump_to_row_dialog.h"
 #include "editing/qt/print_dialogs.h"
 #include "editing/qt/scope_dialog_widget.h"
+#include "editing/qt/search_dialogs.h"
 #include "editing/qt/shift_cells_dialog.h"
 
 namespace quirnel {
@@ -72,6 +73,18 @@ bool QtEditingDialogs::PrintOptions(PrintOptionsRequest& request)
 bool QtEditingDialogs::PrintSetup(PrintJobRequest& request)
 {
     return RunSystemPrintDialog(request, m_parent);
+}
+
+bool QtEditingDialogs::Search(SearchRequest& request)
+{
+    SearchDialog dialog(request, m_parent);
+    return dialog.exec() == QDialog::Accepted;
+}
+
+bool QtEditingDialogs::SearchColumn(SearchColumnRequest& request)
+{
+    SearchColumnDialog dialog(request, m_parent);
+    return dialog.exec() == QDialog::Accepted;
 }
 
 } // namespace quirnel

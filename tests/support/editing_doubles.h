@@ -6,6 +6,7 @@
 #include "document/table_document.h"
 #include "editing/column_commands.h"
 #include "editing/export_html.h"
+#include "editing/find_replace.h"
 #include "editing/jump_to_row.h"
 #include "editing/print_table.h"
 #include "editing/scope_dialog.h"
@@ -65,6 +66,12 @@ public:
         return Answer("PrintOptions", &request);
     }
     bool PrintSetup(PrintJobRequest& request) override { return Answer("PrintSetup", &request); }
+
+    bool Search(SearchRequest& request) override { return Answer("Search", &request); }
+    bool SearchColumn(SearchColumnRequest& request) override
+    {
+        return Answer("SearchColumn", &request);
+    }
 
     void VerifyAllUsed()
     {
@@ -140,6 +147,25 @@ public:
     {
         return htmlViewer ? htmlViewer() : nullptr;
     }
+
+    struct ShownMatch
+    {
+        int row;
+        int column;
+        int start;
+        int length;
+    };
+    void ShowCellMatch(int row, int column, int start, int length) override
+    {
+        matches.push_back({row, column, start, length});
+    }
+    void EndMultilineEditing() override
+    {
+        multiline = false;
+        ++multilineEnded;
+    }
+    std::vector<ShownMatch> matches;
+    int multilineEnded = 0;
 
     int commits = 0;
     bool busy = false;
