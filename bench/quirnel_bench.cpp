@@ -1,13 +1,16 @@
 // Measures the editor's work on one CSV file and prints one "name value unit" line per figure.
 
+#include "app/command_ids.h"
 #include "document/csv_loader.h"
 #include "document/csv_saver.h"
 #include "document/file_system.h"
 #include "document/table_document.h"
 #include "editing/column_commands.h"
 #include "editing/export_html.h"
+#include "editing/find_replace.h"
 #include "editing/print_table.h"
 #include "editing/row_commands.h"
+#include "editing/row_filter.h"
 #include "editing/scope_dialog.h"
 #include "editing/tool_context.h"
 #include "editing/trim_commands.h"
@@ -322,6 +325,55 @@ void SelectEvery(quirnel::TableControl& table, int step)
     table.SetFocusCell(0, 1);
 }
 
+/// The row filter for a name in about 1% of M's rows, Find from the beginning for a number
+/// only the last row holds, and Replace All of the date separator "/", which about 10% of
+/// the cells hold; one after the other on the file as loaded (the filter is undone first).
+bool TimeSearches(const std::string& path)
+{
+    class SearchChoices : public NoDialogs
+    {
+    public:
+        bool Search(quirnel::SearchRequest& request) override
+        {
+            request.options = options;
+            return true;
+        }
+        quirnel::SearchOptions options;
+    } dialogs;
+    CommandBench bench(dialogs);
+    if (!bench.Load(path))
+        return false;
+    quirnel::ToolContext& context = bench.context;
+    auto start = std::chrono::steady_clock::now();
+    double cpu = CpuSeconds();
+    quirnel::ApplyRowFilter(context, {true, u"suzuki", false, false});
+    std::printf("filter_s %.3f s\n", SecondsSince(start));
+    std::printf("filter_cpu_s %.3f s\n", CpuSeconds() - cpu);
+    std::printf("filter_rows %d rows\n", bench.document.Table().VisibleRowCount());
+    quirnel::ApplyRowFilter(context, {false, u"suzuki", false, false});
+
+    dialogs.options.searchText = u"1606603";
+    dialogs.options.direction = quirnel::SearchDirection::ForwardFromBeginning;
+    start = std::chrono::steady_clock::now();
+    cpu = CpuSeconds();
+    quirnel::SearchTableCommand(context, quirnel::SearchMode::Find, false, quirnel::cmd::kFind);
+    std::printf("find_s %.3f s\n", SecondsSince(start));
+    std::printf("find_cpu_s %.3f s\n", CpuSeconds() - cpu);
+    if (bench.document.Table().FocusRow() != bench.document.RowCount() - 1)
+        std::fprintf(stderr, "quirnel-bench: find_s did not end on the last row\n");
+
+    dialogs.options.searchText = u"/";
+    dialogs.options.replaceText = u".";
+    dialogs.options.replace = true;
+    start = std::chrono::steady_clock::now();
+    cpu = CpuSeconds();
+    quirnel::SearchTableCommand(context, quirnel::SearchMode::FindReplace, false,
+                                quirnel::cmd::kFindReplace);
+    std::printf("replace_all_s %.3f s\n", SecondsSince(start));
+    std::printf("replace_all_cpu_s %.3f s\n", CpuSeconds() - cpu);
+    return true;
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -405,7 +457,7 @@ int main(int argc, char** argv)
                                        [](auto& c) { quirnel::SetEntireColumnCommand(c); }) ||
         !TimeRowCommand<ColumnChoices>("combine_columns_s", path, inColumn(6),
                                        [](auto& c) { quirnel::CombineColumnsCommand(c); }) ||
-        !TimeTrimAndExport(path))
+        !TimeTrimAndExport(path) || !TimeSearches(path))
         return 2;
     return 0;
 }

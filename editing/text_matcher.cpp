@@ -154,6 +154,17 @@ void AppendUtf16(char32_t c, std::u16string& out)
     }
 }
 
+/// Whether another character folds to the same one as `folded` (itself folded).
+bool HasOtherCase(char32_t folded)
+{
+    if (FoldCase(folded) != folded)
+        return true;
+    for (std::size_t i = 0; i < detail::kCaseFoldCount; ++i)
+        if (detail::kCaseFolds[i].to == folded)
+            return true;
+    return false;
+}
+
 } // namespace
 
 ByteCharset ByteCharset::System()
@@ -261,7 +272,12 @@ TextMatcher::TextMatcher(std::u32string_view pattern, unsigned flags, ByteCharse
     m_segments.push_back({segmentStart, m_elements.size()});
     for (unsigned u = 0; u < 128; ++u)
         m_asciiStart[u] = Starts(u);
-    m_plain = !wildcard && !(flags & kMatchIgnoreCase) && !m_elements.empty();
+    // Ignoring case changes nothing for a pattern of characters without other cases (digits,
+    // punctuation): then a plain search of the code units does the work.
+    bool caseless = true;
+    for (char32_t c : m_elements)
+        caseless = caseless && !HasOtherCase(c);
+    m_plain = !wildcard && (!(flags & kMatchIgnoreCase) || caseless) && !m_elements.empty();
     if (m_plain) {
         m_needle8Valid = m_charset.Encode(pattern, m_needle8);
         for (char32_t c : pattern)
@@ -276,7 +292,11 @@ TextMatcher TextMatcher::FromUtf16(std::u16string_view pattern, unsigned flags, 
 
 char32_t TextMatcher::Fold(char32_t c) const
 {
-    return (m_flags & kMatchIgnoreCase) ? FoldCase(c) : c;
+    if (!(m_flags & kMatchIgnoreCase))
+        return c;
+    if (c < 128)
+        return c >= U'A' && c <= U'Z' ? c + 32 : c;
+    return FoldCase(c);
 }
 
 bool TextMatcher::Starts(char32_t c) const
@@ -356,6 +376,11 @@ std::optional<TextMatch> TextMatcher::FindIn(const Reader& reader, std::size_t f
     if (m_elements.empty())
         return std::nullopt;
     for (std::size_t pos = from; pos < reader.n;) {
+        // Most text is ASCII that cannot start a match: pass over it in a tight loop.
+        while (pos < reader.n && reader.Unit(pos) < 128 && !m_asciiStart[reader.Unit(pos)])
+            ++pos;
+        if (pos >= reader.n)
+            break;
         const unsigned unit = reader.Unit(pos);
         std::size_t next;
         bool candidate;
