@@ -415,8 +415,11 @@ bool ReplaceWalk(ToolContext& context, const Searcher& searcher, const SearchOpt
         }
         return !stop;
     });
-    if (changedCells > 0)
+    if (changedCells > 0) {
+        // Setting a cell's text tells no view; the frame's end then tells them once.
+        table.Redraw();
         frame.Done(std::max(0, firstPosition), frame.Row(), frame.Column());
+    }
     if (anyFound)
         context.ui.Message(caption, CellsChangedMessage(changedCells),
                            ost::MessageIcon::Information);

@@ -28,6 +28,10 @@ TablePane::TablePane(TableControl& table, QWidget* parent)
     setFocusProxy(m_impl->view);
     m_impl->matches = new MatchDelegate(table, m_impl->view);
     m_impl->view->setItemDelegate(m_impl->matches);
+    // A match shown is stale once the table's text changes.
+    auto forgetMatch = [this] { m_impl->matches->Clear(); };
+    connect(m_impl->view->Model(), &QAbstractItemModel::modelReset, this, forgetMatch);
+    connect(m_impl->view->Model(), &QAbstractItemModel::dataChanged, this, forgetMatch);
 
     connect(m_impl->view, &GridView::cellEdited, this,
             [this](int row, int column) { emit CellEdited(row, column); });

@@ -193,8 +193,18 @@ TEST_F(FindReplace, ReplacingCountsCellsNotOccurrences)
         o.caseSensitive = true;
         o.direction = SearchDirection::ForwardFromBeginning;
     });
+    // The view hears of the change once, at its end.
+    struct Seen : TableControlObserver
+    {
+        void OnTableReset() override { ++notices; }
+        void OnTableRepaint() override { ++notices; }
+        int notices = 0;
+    } seen;
+    Table().AddObserver(&seen);
     ui.Expect("Find/Replace", "2 cells were changed.");
     Find(SearchMode::FindReplace);
+    Table().RemoveObserver(&seen);
+    EXPECT_EQ(seen.notices, 1);
     EXPECT_EQ(Stored(1), (Texts{"bcbcbc", "xbc"}));
     EXPECT_EQ(Stored(2), (Texts{"b", "A"}));
     EXPECT_TRUE(document.Modified());
