@@ -249,6 +249,26 @@ TEST_F(FindReplace, ReplacementSkipsHiddenRowsAndNoMatchChangesNothing)
     EXPECT_FALSE(document.Modified());
 }
 
+TEST_F(FindReplace, BackwardReplacementTakesTheLastOccurrenceFirst)
+{
+    Open({"a", "b"}, {{"a", "x"}, {"y", "a-a"}, {"z", "w"}});
+    Answer([](SearchOptions& o) {
+        o.searchText = u"a";
+        o.replaceText = u"B";
+        o.direction = SearchDirection::BackwardFromEnd;
+        o.replaceAll = false;
+    });
+    ui.Expect("Find/Replace", "1 cells were changed.");
+    Find(SearchMode::FindReplace);
+    EXPECT_EQ(Stored(2), (Texts{"x", "a-B", "w"}));
+    ui.Expect("Find/Next", "1 cells were changed.");
+    Next();
+    EXPECT_EQ(Stored(2), (Texts{"x", "B-B", "w"}));
+    ui.Expect("Find/Next", "1 cells were changed.");
+    Next();
+    EXPECT_EQ(Stored(1), (Texts{"B", "y", "z"}));
+}
+
 TEST_F(FindReplace, PromptAsksAtEachOccurrenceShownInItsCell)
 {
     Open({"a"}, {{"a-a"}, {"a"}, {"a"}, {"a"}});

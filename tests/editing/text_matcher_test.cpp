@@ -46,6 +46,9 @@ TEST(TextMatcher, IgnoringCaseWorksBeyondAsciiInBothWidths)
     const TextMatcher sigma = Pattern(u"ΣΟΦΟΣ", kMatchIgnoreCase);
     EXPECT_EQ(In16(sigma, u"ο σοφος"), (Found{2, 5})); // final sigma folds with the others
     EXPECT_EQ(In16(Pattern(u"жар", kMatchIgnoreCase), u"ЖАР"), (Found{0, 3}));
+    // Characters outside ASCII that fold into it are found from an ASCII pattern.
+    EXPECT_EQ(In8(Pattern(u"sk", kMatchIgnoreCase), "x\xC5\xBF\xE2\x84\xAA"), (Found{1, 5}));
+    EXPECT_EQ(In16(Pattern(u"SK", kMatchIgnoreCase), u"ſ\u212A"), (Found{0, 2}));
     // Case counts when asked to, in both widths.
     EXPECT_EQ(In8(Pattern(u"É", 0), "caf\xC3\xA9"), Found{});
     EXPECT_EQ(In16(Pattern(u"É", 0), u"café"), Found{});

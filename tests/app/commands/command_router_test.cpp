@@ -295,5 +295,37 @@ TEST(CommandRouter, HeadingEntriesActOnTheClickedColumn)
     table.SetOwner(nullptr);
 }
 
+TEST(CommandRouter, HeaderMenuSearchesTheColumnClickedAndOffersToContinue)
+{
+    RouterFixture f;
+    EditorTableOwner owner;
+    owner.SetColumnSearchState(&f.state.columnSearch);
+    TableControl& table = f.document.Table();
+    table.SetOwner(&owner);
+    auto texts = [&] {
+        std::vector<std::string> found;
+        for (const MenuEntry& entry : table.HeaderMenu(2))
+            if (entry.text.rfind("Search column", 0) == 0)
+                found.push_back(entry.text);
+        return found;
+    };
+    EXPECT_EQ(texts(), (std::vector<std::string>{"Search column"}));
+    f.dialogs.Expect<SearchColumnRequest>("SearchColumn", [](SearchColumnRequest& request) {
+        EXPECT_EQ(request.columnName, "amount");
+        request.text = u"3";
+        return true;
+    });
+    EXPECT_TRUE(
+        f.router.DispatchGridCommand(static_cast<int>(GridCommand::SearchColumn), -1, -1, 2));
+    EXPECT_EQ(table.FocusRow(), 2);
+    EXPECT_EQ(table.FocusColumn(), 2);
+    EXPECT_EQ(texts(),
+              (std::vector<std::string>{"Search column", "Search column/continue\tCtrl+N"}));
+    // A new file forgets the search, and with it the entry.
+    f.state.Forget();
+    EXPECT_EQ(texts(), (std::vector<std::string>{"Search column"}));
+    table.SetOwner(nullptr);
+}
+
 } // namespace
 } // namespace quirnel::test
