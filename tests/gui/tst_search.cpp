@@ -12,6 +12,7 @@
 #include <QCheckBox>
 #include <QDialogButtonBox>
 #include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QPushButton>
 
 using namespace quirnel;
@@ -110,6 +111,23 @@ private slots:
         QCOMPARE(window->Document().Table().FocusRow(), 1);
         QCOMPARE(window->Document().Table().FocusColumn(), 2);
         QCOMPARE(window->Grid()->View()->currentIndex().row(), 1);
+        QVERIFY(!window->Document().Modified());
+    }
+
+    void InMultilineModeTheMatchIsSelectedInTheEditorPane()
+    {
+        auto window = m_folder->OpenWindow("Name\r\nx\r\nsnow p\u00c9ak\r\n");
+        QVERIFY(window);
+        window->SetMultilineMode(true);
+        OnNextModal([](QWidget* modal) {
+            auto* dialog = qobject_cast<SearchDialog*>(modal);
+            QVERIFY(dialog);
+            dialog->SearchText()->setText(QStringLiteral("péa"));
+            dialog->accept();
+        });
+        window->OnCommand(cmd::kFind);
+        QCOMPARE(window->Document().Table().FocusRow(), 1);
+        QCOMPARE(window->Editor()->textCursor().selectedText(), QStringLiteral("pÉa"));
         QVERIFY(!window->Document().Modified());
     }
 
