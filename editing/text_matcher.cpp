@@ -270,8 +270,9 @@ TextMatcher::TextMatcher(std::u32string_view pattern, unsigned flags, ByteCharse
         }
     }
     m_segments.push_back({segmentStart, m_elements.size()});
-    for (unsigned u = 0; u < 128; ++u)
-        m_asciiStart[u] = Starts(u);
+    m_shortest = m_elements.size() - (m_segments.size() - 1);
+    for (unsigned u = 0; u < 256; ++u)
+        m_stop[u] = u >= 128 || Starts(u);
     // Ignoring case changes nothing for a pattern of characters without other cases (digits,
     // punctuation): then a plain search of the code units does the work.
     bool caseless = true;
@@ -373,20 +374,25 @@ bool TextMatcher::MatchAt(const Reader& reader, std::size_t start, std::size_t& 
 template <class Reader>
 std::optional<TextMatch> TextMatcher::FindIn(const Reader& reader, std::size_t from) const
 {
-    if (m_elements.empty())
+    // Every character takes at least one code unit: a shorter cell cannot hold a match.
+    if (m_elements.empty() || reader.n < m_shortest || reader.n - m_shortest < from)
         return std::nullopt;
-    for (std::size_t pos = from; pos < reader.n;) {
-        // Most text is ASCII that cannot start a match: pass over it in a tight loop.
-        while (pos < reader.n && reader.Unit(pos) < 128 && !m_asciiStart[reader.Unit(pos)])
+    // No match starts where the rest of the cell is too short for one.
+    const std::size_t limit = reader.n - m_shortest + 1;
+    for (std::size_t pos = from; pos < limit;) {
+        // Most text is ASCII that cannot start a match: pass over it four units at a time.
+        while (pos + 4 <= limit && !(Stops(reader.Unit(pos)) | Stops(reader.Unit(pos + 1)) |
+                                     Stops(reader.Unit(pos + 2)) | Stops(reader.Unit(pos + 3))))
+            pos += 4;
+        while (pos < limit && !Stops(reader.Unit(pos)))
             ++pos;
-        if (pos >= reader.n)
+        if (pos >= limit)
             break;
         const unsigned unit = reader.Unit(pos);
         std::size_t next;
-        bool candidate;
+        bool candidate = true;
         if (unit < 128) {
             next = pos + 1;
-            candidate = m_asciiStart[unit];
         } else {
             char32_t c;
             next = reader.Decode(pos, c);

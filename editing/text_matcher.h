@@ -100,8 +100,12 @@ private:
     std::vector<char32_t> m_elements;
     /// Runs of m_elements between "*" wildcards.
     std::vector<Segment> m_segments;
-    /// For each ASCII code unit: may a match start there.
-    std::array<bool, 128> m_asciiStart{};
+    /// Code units the shortest match takes: one for each character of the pattern.
+    std::size_t m_shortest = 0;
+    /// For each code unit below 256: may a match start there (an ASCII unit), or must the
+    /// character there be read to tell (any other).
+    std::array<bool, 256> m_stop{};
+    bool Stops(unsigned unit) const { return unit >= 256 || m_stop[unit]; }
     /// A plain code-unit search does it: no wildcard, and case counts.
     bool m_plain = false;
     std::string m_needle8;
