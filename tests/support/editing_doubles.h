@@ -4,6 +4,8 @@
 // random sequence, and a fixture holding a small document with all of them wired.
 
 #include "document/table_document.h"
+#include "editing/clipboard_columns.h"
+#include "editing/clipboard_rows.h"
 #include "editing/column_commands.h"
 #include "editing/export_html.h"
 #include "editing/jump_to_row.h"
@@ -65,6 +67,21 @@ public:
         return Answer("PrintOptions", &request);
     }
     bool PrintSetup(PrintJobRequest& request) override { return Answer("PrintSetup", &request); }
+
+    // The clipboard's and CSV files' dialogs.
+    bool PasteMapping(PasteMappingRequest& request) override
+    {
+        return Answer("PasteMapping", &request);
+    }
+    bool PastePlace(PastePlaceRequest& request) override { return Answer("PastePlace", &request); }
+    bool CopyColumns(CopyColumnsRequest& request) override
+    {
+        return Answer("CopyColumns", &request);
+    }
+    bool PasteColumn(PasteColumnRequest& request) override
+    {
+        return Answer("PasteColumn", &request);
+    }
 
     void VerifyAllUsed()
     {
