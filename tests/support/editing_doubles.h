@@ -7,6 +7,7 @@
 #include "editing/clipboard_columns.h"
 #include "editing/clipboard_rows.h"
 #include "editing/column_commands.h"
+#include "editing/csv_file_transfer.h"
 #include "editing/export_html.h"
 #include "editing/jump_to_row.h"
 #include "editing/print_table.h"
@@ -81,6 +82,10 @@ public:
     bool PasteColumn(PasteColumnRequest& request) override
     {
         return Answer("PasteColumn", &request);
+    }
+    bool ChooseCsvFile(CsvFileRequest& request) override
+    {
+        return Answer("ChooseCsvFile", &request);
     }
 
     void VerifyAllUsed()
