@@ -2,6 +2,7 @@
 // The window's part in the grid control's column-heading menu: the column commands, sent with
 // their heading ids so that they act on the column whose heading was clicked.
 
+#include "ostrand/core/clipboard.h"
 #include "view/table_control.h"
 
 #include <vector>
@@ -22,6 +23,15 @@ public:
     {
         AddHeadingColumnEntries(column, HasColumnSearch(), entries);
     }
+    /// "Paste new rows" is offered while the clipboard holds text.
+    bool ClipboardHasText() override
+    {
+        return m_clipboard && m_clipboard->Has(ost::kClipboardPlainText);
+    }
+    void SetClipboard(ost::Clipboard* clipboard) { m_clipboard = clipboard; }
+
+private:
+    ost::Clipboard* m_clipboard = nullptr;
 };
 
 } // namespace quirnel
