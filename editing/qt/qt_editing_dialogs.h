@@ -26,6 +26,12 @@ public:
     bool PrintOptions(PrintOptionsRequest& request) override;
     bool PrintSetup(PrintJobRequest& request) override;
 
+    bool PasteMapping(PasteMappingRequest& request) override;
+    bool PastePlace(PastePlaceRequest& request) override;
+    bool CopyColumns(CopyColumnsRequest& request) override;
+    bool PasteColumn(PasteColumnRequest& request) override;
+    bool ChooseCsvFile(CsvFileRequest& request) override;
+
 private:
     QPointer<QWidget> m_parent;
 };
