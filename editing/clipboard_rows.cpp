@@ -16,6 +16,8 @@
 
 #include <algorithm>
 #include <climits>
+#include <cstring>
+#include <memory>
 
 namespace quirnel {
 
@@ -47,18 +49,36 @@ bool HasUnquotedTab(std::string_view record)
     return false;
 }
 
-/// Appends one record as WriteRecord writes it, straight into the text.
-void AppendRecord(std::string& out, const std::string_view* fields, std::size_t count,
-                  char separator)
+/// Records as WriteRecord writes them, put straight into a buffer that grows by doubling: a
+/// string would fill each record's room with zeros before the record is written over it.
+class TextBuilder
 {
-    const std::size_t bound = RecordBound(fields, count, kNewline);
-    const std::size_t at = out.size();
-    if (out.capacity() < at + bound)
-        out.reserve(std::max(out.capacity() * 2, at + bound));
-    out.resize(at + bound);
-    char* end = PutRecord(out.data() + at, 0, fields, count, separator, kNewline);
-    out.resize(static_cast<std::size_t>(end - out.data()));
-}
+public:
+    void Append(const std::string_view* fields, std::size_t count, char separator)
+    {
+        const std::size_t bound = RecordBound(fields, count, kNewline);
+        if (bound > m_capacity - m_size)
+            Grow(m_size + bound);
+        char* end = PutRecord(m_data.get() + m_size, 0, fields, count, separator, kNewline);
+        m_size = static_cast<std::size_t>(end - m_data.get());
+    }
+    std::string Take() const { return std::string(m_data.get(), m_size); }
+
+private:
+    void Grow(std::size_t needed)
+    {
+        const std::size_t capacity = std::max({needed, m_capacity * 2, std::size_t{1} << 16});
+        std::unique_ptr<char[]> data(new char[capacity]);
+        if (m_size > 0)
+            std::memcpy(data.get(), m_data.get(), m_size);
+        m_data = std::move(data);
+        m_capacity = capacity;
+    }
+
+    std::unique_ptr<char[]> m_data;
+    std::size_t m_size = 0;
+    std::size_t m_capacity = 0;
+};
 
 /// The first record's fields, one per clipboard column (as many as the widest record has).
 std::vector<std::string> FirstRecordColumns(const TextRecords& records)
@@ -212,6 +232,8 @@ RowTexts BuildRecordTexts(TableDocument& document, const std::vector<int>& rows,
                           const std::vector<int>& columns, bool names)
 {
     RowTexts out;
+    TextBuilder csv;
+    TextBuilder tabbed;
     const TableControl& table = document.Table();
     const std::size_t n = columns.size();
     for (int column : columns)
@@ -235,8 +257,8 @@ RowTexts BuildRecordTexts(TableDocument& document, const std::vector<int>& rows,
             stored[c] = storedNames[c];
             utf8[c] = scratch[c];
         }
-        AppendRecord(out.csv, stored.data(), n, ',');
-        AppendRecord(out.tabbed, utf8.data(), n, '\t');
+        csv.Append(stored.data(), n, ',');
+        tabbed.Append(utf8.data(), n, '\t');
     }
     for (int row : rows) {
         if (row < 0 || row >= table.RowCount())
@@ -244,7 +266,7 @@ RowTexts BuildRecordTexts(TableDocument& document, const std::vector<int>& rows,
         if (unicode) {
             for (std::size_t c = 0; c < n; ++c)
                 utf8[c] = cells.Get(row, columns[c], scratch[c]);
-            AppendRecord(out.csv, utf8.data(), n, ',');
+            csv.Append(utf8.data(), n, ',');
         } else {
             if (wholeRows) {
                 table.RowText8(row, stored.data());
@@ -254,10 +276,12 @@ RowTexts BuildRecordTexts(TableDocument& document, const std::vector<int>& rows,
             }
             for (std::size_t c = 0; c < n; ++c)
                 utf8[c] = cells.FromSystem(stored[c], scratch[c]);
-            AppendRecord(out.csv, stored.data(), n, ',');
+            csv.Append(stored.data(), n, ',');
         }
-        AppendRecord(out.tabbed, utf8.data(), n, '\t');
+        tabbed.Append(utf8.data(), n, '\t');
     }
+    out.csv = csv.Take();
+    out.tabbed = tabbed.Take();
     return out;
 }
 
