@@ -14,10 +14,12 @@
 #include "document/file_properties.h"
 #include "editing/print_table.h"
 #include "editing/qt/qt_html_viewer.h"
+#include "editing/row_drag.h"
 #include "editing/table_commands.h"
 #include "editing/warnings_commands.h"
 #include "ostrand/settings/settings_exchange.h"
 #include "ostrand/settings/settings_folder.h"
+#include "view/qt/grid_view.h"
 
 #include <QAbstractItemView>
 #include <QApplication>
@@ -179,6 +181,25 @@ void MainWindow::BuildPanes()
                 RefreshCommandStates(m_actions);
             });
     connect(m_grid, &TablePane::RowMenuRequested, this, &MainWindow::ShowRowMenu);
+    // Rows dragged by the "#" column carry this process's id, so a drag from another instance
+    // is not taken for one of ours.
+    const auto dragSource = static_cast<std::uint64_t>(QCoreApplication::applicationPid());
+    static_cast<GridView*>(m_grid->View())
+        ->SetRowDrag(
+            QString::fromUtf8(ost::kClipboardRowDrag.data(),
+                              static_cast<qsizetype>(ost::kClipboardRowDrag.size())),
+            [this, dragSource](int row) {
+                const std::vector<int> rows = DraggedRows(m_tools, row);
+                return rows.empty() ? QByteArray()
+                                    : QByteArray::fromStdString(EncodeRowDrag({dragSource, rows}));
+            },
+            [this, dragSource](const QByteArray& dropped, int row) {
+                const std::optional<RowDragPayload> payload = DecodeRowDrag(dropped.toStdString());
+                if (!payload || payload->source != dragSource)
+                    return;
+                MoveRowsToCommand(m_tools, payload->rows, row);
+                RefreshCommandStates(m_actions);
+            });
     m_grid->SetGridCommandCheck(
         [this](int command) { return m_router.HandlesGridCommand(command); });
     connect(m_editor, &EditorPane::CellCommitted, this, [this](int row, int column) {

@@ -2,11 +2,15 @@
 
 #include "app/command_ids.h"
 #include "app/qt/main_window.h"
+#include "app/qt/table_pane.h"
 #include "app/qt/warnings_pane.h"
 #include "editing/qt/clipboard_dialogs.h"
+#include "editing/row_drag.h"
 #include "tests/gui/gui_test_support.h"
+#include "view/qt/grid_view.h"
 
 #include <QClipboard>
+#include <QDropEvent>
 #include <QListWidget>
 #include <QMimeData>
 #include <QPushButton>
@@ -51,6 +55,33 @@ private slots:
         QCOMPARE(window->Document().RowCount(), 2);
         QCOMPARE(CellText(*window, 1, 1), QStringLiteral("from,there"));
         QCOMPARE(CellText(*window, 1, 2), QStringLiteral("5"));
+        QVERIFY(window->Document().Modified());
+    }
+
+    void RowsDroppedOnTheGridMoveOnlyWhenTheDragIsOurs()
+    {
+        WindowFolder folder;
+        auto window = folder.OpenWindow("A\r\na\r\nb\r\nc\r\n");
+        QVERIFY(window);
+        window->show();
+        auto* grid = static_cast<GridView*>(window->Grid()->View());
+        auto drop = [&](std::uint64_t source, int viewRow) {
+            QMimeData mime;
+            mime.setData(QStringLiteral("application/x-ostrand-csv-editor-row"),
+                         QByteArray::fromStdString(EncodeRowDrag({source, {2}})));
+            const QRect cell = grid->visualRect(grid->model()->index(viewRow, 1));
+            const QPoint at(cell.center().x(), cell.top() + 2);
+            // A drop reaches the widget that accepted the drag's entry.
+            QDragEnterEvent enter(at, Qt::MoveAction, &mime, Qt::LeftButton, Qt::NoModifier);
+            QApplication::sendEvent(grid->viewport(), &enter);
+            QDropEvent event(at, Qt::MoveAction, &mime, Qt::LeftButton, Qt::NoModifier);
+            QApplication::sendEvent(grid->viewport(), &event);
+        };
+        drop(static_cast<std::uint64_t>(QCoreApplication::applicationPid()) + 1, 0);
+        QCOMPARE(CellText(*window, 2, 1), QStringLiteral("c"));
+        drop(static_cast<std::uint64_t>(QCoreApplication::applicationPid()), 0);
+        QCOMPARE(CellText(*window, 0, 1), QStringLiteral("c"));
+        QCOMPARE(CellText(*window, 1, 1), QStringLiteral("a"));
         QVERIFY(window->Document().Modified());
     }
 
