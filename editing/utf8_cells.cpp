@@ -42,7 +42,16 @@ std::string_view Utf8Cells::FromSystem(std::string_view bytes, std::string& scra
 std::string_view Utf8Cells::Get(int row, int column, std::string& scratch)
 {
     if (m_unicode) {
-        scratch = ost::Utf16ToUtf8(m_document.CellText16(row, column));
+        const std::u16string_view text = m_document.CellText16(row, column);
+        // Most cells are ASCII: narrowed into the reused scratch, they cost no allocation.
+        scratch.resize(text.size());
+        for (std::size_t i = 0; i < text.size(); ++i) {
+            if (text[i] >= 0x80) {
+                scratch = ost::Utf16ToUtf8(text);
+                return scratch;
+            }
+            scratch[i] = static_cast<char>(text[i]);
+        }
         return scratch;
     }
     return FromSystem(m_document.CellText8(row, column), scratch);
