@@ -3,7 +3,10 @@
 #include "app/command_ids.h"
 #include "app/menu_model.h"
 #include "document/table_document.h"
+#include "editing/clipboard_columns.h"
+#include "editing/clipboard_rows.h"
 #include "editing/column_commands.h"
+#include "editing/csv_file_transfer.h"
 #include "editing/export_html.h"
 #include "editing/find_replace.h"
 #include "editing/print_table.h"
@@ -219,6 +222,23 @@ bool CommandRouter::Route(int id, bool run, int clicked) const
     case cmd::kSearchColumnContinue:
     case cmd::kHeadingSearchColumnContinue:
         return go([&] { SearchColumnCommand(tools, true, clicked); });
+    case cmd::kCopyRows:
+    case cmd::kCutRows:
+        return go([&] { CopyRowsCommand(tools, id == cmd::kCutRows); });
+    case cmd::kPasteRows:
+    case cmd::kPasteRowsWithMapping:
+        return go([&] { PasteRowsCommand(tools, id == cmd::kPasteRowsWithMapping); });
+    case cmd::kCopyColumn:
+    case cmd::kHeadingCopyColumn:
+        return go([&] { CopyColumnCommand(tools, false, clicked); });
+    case cmd::kCutColumn:
+        return go([&] { CopyColumnCommand(tools, true); });
+    case cmd::kPasteColumn:
+        return go([&] { PasteColumnCommand(tools); });
+    case cmd::kImportCsvFile:
+        return go([&] { ImportCsvFileCommand(tools); });
+    case cmd::kCopyWarningExtraData:
+        return go([&] { shell.CopyWarningExtraData(); });
 
     case cmd::kRowMenu:
     case cmd::kColumnMenu:
@@ -238,8 +258,8 @@ int CommandRouter::GridCommandId(int command)
     if (command >= cmd::kToggleBoundOption)
         return command;
     switch (static_cast<GridCommand>(command)) {
-    case GridCommand::CopyColumn:
-        return cmd::kCopyColumn;
+    case GridCommand::PasteNewRows:
+        return cmd::kPasteRows;
     case GridCommand::SearchColumn:
         return cmd::kSearchColumn;
     case GridCommand::SearchColumnContinue:
@@ -279,6 +299,8 @@ bool CommandRouter::HandlesGridCommand(int command) const
     case GridCommand::CopyCellText:
     case GridCommand::DeleteAllRows:
     case GridCommand::TrimColumnWhitespace:
+    case GridCommand::CopyColumn:
+    case GridCommand::ExportCsv:
         return true;
     default:
         break;
@@ -300,6 +322,13 @@ bool CommandRouter::DispatchGridCommand(int command, int /*argument*/, int row, 
     case GridCommand::TrimColumnWhitespace:
         // From the header menu: the column clicked, which need not be the current one.
         TrimColumnWhitespaceCommand(m_tools, column);
+        return true;
+    case GridCommand::CopyColumn:
+        // "Copy entire column to clipboard": the clicked column's cells, without a dialog.
+        CopyEntireColumnCommand(m_tools, column);
+        return true;
+    case GridCommand::ExportCsv:
+        ExportCsvFileCommand(m_tools);
         return true;
     default:
         break;

@@ -37,6 +37,8 @@ public:
     virtual void ToggleWarnings() = 0;
     virtual void GoToWarning() = 0;
     virtual void DismissWarning() = 0;
+    /// The warnings pane's "Copy extra data".
+    virtual void CopyWarningExtraData() {}
     /// The filter check box was clicked, Enter was pressed in its field (id kFilterText) or
     /// one of its options changed.
     virtual void FilterChanged(int id) = 0;

@@ -232,4 +232,26 @@ std::string_view CommandIconName(int id)
     return {};
 }
 
+namespace {
+
+constexpr std::array kPaneCommands = {
+    PaneCommandText{cmd::kGoToWarning, "Go", "Go to the row where the warning occurs.",
+                    "Go to row\tDbl Click"},
+    PaneCommandText{cmd::kDismissWarning, "Dismiss", "Delete this warning.", "Dismiss"},
+    PaneCommandText{cmd::kWarningsVisible, "Hide", "Hide the warnings list.", ""},
+    PaneCommandText{cmd::kCopyWarningExtraData, "", "", "Copy extra data"},
+};
+
+} // namespace
+
+const PaneCommandText* FindPaneCommand(int id)
+{
+    for (const PaneCommandText& entry : kPaneCommands) {
+        if (entry.id == id) {
+            return &entry;
+        }
+    }
+    return nullptr;
+}
+
 } // namespace quirnel

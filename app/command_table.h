@@ -51,4 +51,18 @@ std::string_view CommandLabel(int id);
 /// The image of a command, including the few that live only in menus; empty when none.
 std::string_view CommandIconName(int id);
 
+/// The texts of commands offered by the warnings pane: its buttons (caption and tip) and its
+/// context menu (entry text, TAB before the shortcut text). Empty where the command has no
+/// such place.
+struct PaneCommandText
+{
+    int id = 0;
+    std::string_view button;
+    std::string_view tip;
+    std::string_view menuText;
+};
+
+/// The pane texts of a command; nullptr when the pane does not offer it.
+const PaneCommandText* FindPaneCommand(int id);
+
 } // namespace quirnel

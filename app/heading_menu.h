@@ -3,6 +3,7 @@
 // their heading ids so that they act on the column whose heading was clicked.
 
 #include "editing/search_options.h"
+#include "ostrand/core/clipboard.h"
 #include "view/table_control.h"
 
 #include <vector>
@@ -28,9 +29,16 @@ public:
     /// searched.
     void SetColumnSearchState(const ColumnSearchState* state) { m_columnSearch = state; }
     bool HasColumnSearch() override { return m_columnSearch && m_columnSearch->made; }
+    /// "Paste new rows" is offered while the clipboard holds text.
+    bool ClipboardHasText() override
+    {
+        return m_clipboard && m_clipboard->Has(ost::kClipboardPlainText);
+    }
+    void SetClipboard(ost::Clipboard* clipboard) { m_clipboard = clipboard; }
 
 private:
     const ColumnSearchState* m_columnSearch = nullptr;
+    ost::Clipboard* m_clipboard = nullptr;
 };
 
 } // namespace quirnel

@@ -96,6 +96,14 @@ public:
     const std::vector<CSV_Warning>& Warnings() const { return m_warnings; }
     void AddWarning(std::string message, int row, std::string extraData = {});
     void ClearWarnings() { m_warnings.clear(); }
+    /// Removes one warning; false when there is no such warning.
+    bool DeleteWarning(std::size_t index)
+    {
+        if (index >= m_warnings.size())
+            return false;
+        m_warnings.erase(m_warnings.begin() + static_cast<std::ptrdiff_t>(index));
+        return true;
+    }
 
     /// Counts include the index column 0; below 2 columns the table has no data column.
     int ColumnCount() const { return m_table.ColumnCount(); }

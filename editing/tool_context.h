@@ -32,6 +32,11 @@ struct ShiftCellsRequest;
 struct ScopeRequest;
 struct SearchRequest;
 struct SearchColumnRequest;
+struct PasteMappingRequest;
+struct PastePlaceRequest;
+struct CopyColumnsRequest;
+struct PasteColumnRequest;
+struct CsvFileRequest;
 
 /// One virtual per dialog of the editing commands. Each takes a request that carries the
 /// defaults in and the user's choices out; false means the user cancelled.
@@ -60,6 +65,18 @@ public:
     virtual bool Search(SearchRequest& request) = 0;
     /// "Search Column": the text and two options of the grid's column search.
     virtual bool SearchColumn(SearchColumnRequest& request) = 0;
+    // The clipboard's and CSV files' dialogs. A front end without one of them answers
+    // Cancel, so the command ends without a change.
+    /// Which clipboard column goes to which table column (Paste Row(s), Import).
+    virtual bool PasteMapping(PasteMappingRequest&) { return false; }
+    /// Where Paste Row(s) inserts its rows.
+    virtual bool PastePlace(PastePlaceRequest&) { return false; }
+    /// Copy Column and Cut Column: the columns and whether their names go too.
+    virtual bool CopyColumns(CopyColumnsRequest&) { return false; }
+    /// Paste Column: where, and the new columns' names.
+    virtual bool PasteColumn(PasteColumnRequest&) { return false; }
+    /// A CSV file to read from or to write to.
+    virtual bool ChooseCsvFile(CsvFileRequest&) { return false; }
 };
 
 /// What only the window can do for a command.

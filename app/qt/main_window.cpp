@@ -15,9 +15,12 @@
 #include "editing/print_table.h"
 #include "editing/qt/qt_html_viewer.h"
 #include "editing/row_filter.h"
+#include "editing/row_drag.h"
 #include "editing/table_commands.h"
+#include "editing/warnings_commands.h"
 #include "ostrand/settings/settings_exchange.h"
 #include "ostrand/settings/settings_folder.h"
+#include "view/qt/grid_view.h"
 
 #include <QAbstractItemView>
 #include <QApplication>
@@ -110,6 +113,9 @@ MainWindow::MainWindow(MainWindowOptions options, QWidget* parent)
     m_document.Table().SetOwner(&m_tableOwner);
     m_document.Table().SetSettingsName("Table");
     m_document.Table().SetStyle(GRID_HIDE_COLUMNS | GRID_REMEMBER_WIDTHS | GRID_TAB_THRU);
+    // "Paste new rows" in the heading menu, offered while the clipboard holds text.
+    m_document.Table().SetStyle(m_document.Table().Style() | GRID_PASTE_NEW_ROWS);
+    m_tableOwner.SetClipboard(&m_clipboard);
     m_document.Table().AddObserver(this);
 
     BuildToolbar();
@@ -177,6 +183,25 @@ void MainWindow::BuildPanes()
                 RefreshCommandStates(m_actions);
             });
     connect(m_grid, &TablePane::RowMenuRequested, this, &MainWindow::ShowRowMenu);
+    // Rows dragged by the "#" column carry this process's id, so a drag from another instance
+    // is not taken for one of ours.
+    const auto dragSource = static_cast<std::uint64_t>(QCoreApplication::applicationPid());
+    static_cast<GridView*>(m_grid->View())
+        ->SetRowDrag(
+            QString::fromUtf8(ost::kClipboardRowDrag.data(),
+                              static_cast<qsizetype>(ost::kClipboardRowDrag.size())),
+            [this, dragSource](int row) {
+                const std::vector<int> rows = DraggedRows(m_tools, row);
+                return rows.empty() ? QByteArray()
+                                    : QByteArray::fromStdString(EncodeRowDrag({dragSource, rows}));
+            },
+            [this, dragSource](const QByteArray& dropped, int row) {
+                const std::optional<RowDragPayload> payload = DecodeRowDrag(dropped.toStdString());
+                if (!payload || payload->source != dragSource)
+                    return;
+                MoveRowsToCommand(m_tools, payload->rows, row);
+                RefreshCommandStates(m_actions);
+            });
     m_grid->SetGridCommandCheck(
         [this](int command) { return m_router.HandlesGridCommand(command); });
     connect(m_editor, &EditorPane::CellCommitted, this, [this](int row, int column) {
@@ -185,8 +210,14 @@ void MainWindow::BuildPanes()
         MarkModified();
     });
 
-    m_warnings = new WarningsPane(this);
+    m_warnings = new WarningsPane(m_document, this);
     connect(m_warnings, &WarningsPane::CommandChosen, this, &MainWindow::OnCommand);
+    m_warnings->SetWindowHooks(
+        [this](bool shown) {
+            m_warnings->setVisible(shown);
+            RefreshCommandStates(m_actions);
+        },
+        [this] { m_grid->setFocus(); });
     addDockWidget(Qt::BottomDockWidgetArea, m_warnings);
     // The list is a side note to the table: a few lines high unless the user drags it.
     resizeDocks({m_warnings}, {110}, Qt::Vertical);
@@ -414,9 +445,7 @@ void MainWindow::SetMultilineMode(bool on)
 
 void MainWindow::SetWarningsVisible(bool on)
 {
-    m_warningsVisible = on;
-    m_warnings->setVisible(on);
-    RefreshCommandStates(m_actions);
+    quirnel::SetWarningsVisible(m_document, *m_warnings, m_warningsVisible, on);
 }
 
 void MainWindow::FollowFocusCell()
@@ -456,7 +485,8 @@ void MainWindow::RefreshAll()
 {
     RefreshCaption();
     m_warnings->Show(m_document.Warnings(), m_document.IsUnicode());
-    m_warnings->setVisible(m_warningsVisible);
+    // The pane shows only while a file is open, whatever the flag says.
+    m_warnings->setVisible(m_warningsVisible && m_document.FileOpen());
     m_editor->setVisible(m_multiline);
     m_grid->Refresh();
     RefreshCommandStates(m_actions);
@@ -600,16 +630,17 @@ void MainWindow::ToggleToolbar()
 
 void MainWindow::GoToWarning()
 {
-    const int row = m_warnings->CurrentWarningRow(m_document);
-    if (row < 0)
-        return;
-    MoveFocusTo(m_tools, row, std::max(1, m_document.Table().FocusColumn()));
-    m_grid->setFocus();
+    GoToWarningCommand(m_tools, *m_warnings);
 }
 
 void MainWindow::DismissWarning()
 {
-    m_warnings->DismissCurrent(m_document);
+    DismissWarningCommand(m_tools, *m_warnings, m_warningsVisible);
+}
+
+void MainWindow::CopyWarningExtraData()
+{
+    CopyWarningExtraDataCommand(m_tools, *m_warnings);
 }
 
 void MainWindow::ExploreFolder()

@@ -116,6 +116,7 @@ public:
     TablePane* Grid() const { return m_grid; }
     QPlainTextEdit* Editor() const;
     QListWidget* WarningsList() const;
+    WarningsPane* Warnings() const { return m_warnings; }
     /// The grid's Row menu as a right click on a row number shows it; the caller owns it.
     QMenu* BuildRowMenu(QWidget* parent);
     bool MultilineMode() const { return m_multiline; }
@@ -157,6 +158,7 @@ private:
     void ToggleWarnings() override { SetWarningsVisible(!m_warningsVisible); }
     void GoToWarning() override;
     void DismissWarning() override;
+    void CopyWarningExtraData() override;
     void FilterChanged(int id) override;
     void RefreshStates() override;
     void RefreshTable() override;

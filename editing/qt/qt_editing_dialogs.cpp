@@ -1,5 +1,8 @@
 #include "editing/qt/qt_editing_dialogs.h"
 
+#include "app/qt/dialog_util.h"
+#include "editing/csv_file_transfer.h"
+#include "editing/qt/clipboard_dialogs.h"
 #include "editing/qt/column_dialogs.h"
 #include "editing/qt/export_html_dialog.h"
 #include "editing/qt/jump_to_row_dialog.h"
@@ -7,6 +10,8 @@
 #include "editing/qt/scope_dialog_widget.h"
 #include "editing/qt/search_dialogs.h"
 #include "editing/qt/shift_cells_dialog.h"
+
+#include <QFileDialog>
 
 namespace quirnel {
 
@@ -85,6 +90,44 @@ bool QtEditingDialogs::SearchColumn(SearchColumnRequest& request)
 {
     SearchColumnDialog dialog(request, m_parent);
     return dialog.exec() == QDialog::Accepted;
+}
+
+bool QtEditingDialogs::PasteMapping(PasteMappingRequest& request)
+{
+    PasteMappingDialog dialog(request, m_parent);
+    return dialog.exec() == QDialog::Accepted;
+}
+
+bool QtEditingDialogs::PastePlace(PastePlaceRequest& request)
+{
+    PastePlaceDialog dialog(request, m_parent);
+    return dialog.exec() == QDialog::Accepted;
+}
+
+bool QtEditingDialogs::CopyColumns(CopyColumnsRequest& request)
+{
+    CopyColumnsDialog dialog(request, m_parent);
+    return dialog.exec() == QDialog::Accepted;
+}
+
+bool QtEditingDialogs::PasteColumn(PasteColumnRequest& request)
+{
+    PasteColumnDialog dialog(request, m_parent);
+    return dialog.exec() == QDialog::Accepted;
+}
+
+bool QtEditingDialogs::ChooseCsvFile(CsvFileRequest& request)
+{
+    const QString filters = QStringLiteral("CSV files (*.csv *.txt *.tsv);;All files (*)");
+    const QString chosen = request.save
+                               ? QFileDialog::getSaveFileName(m_parent, Utf8(request.title),
+                                                              Utf8(request.path), filters)
+                               : QFileDialog::getOpenFileName(m_parent, Utf8(request.title),
+                                                              Utf8(request.path), filters);
+    if (chosen.isEmpty())
+        return false;
+    request.path = chosen.toStdString();
+    return true;
 }
 
 } // namespace quirnel

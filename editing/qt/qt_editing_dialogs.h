@@ -28,6 +28,12 @@ public:
     bool Search(SearchRequest& request) override;
     bool SearchColumn(SearchColumnRequest& request) override;
 
+    bool PasteMapping(PasteMappingRequest& request) override;
+    bool PastePlace(PastePlaceRequest& request) override;
+    bool CopyColumns(CopyColumnsRequest& request) override;
+    bool PasteColumn(PasteColumnRequest& request) override;
+    bool ChooseCsvFile(CsvFileRequest& request) override;
+
 private:
     QPointer<QWidget> m_parent;
 };

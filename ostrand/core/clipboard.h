@@ -14,6 +14,8 @@ namespace ost {
 inline constexpr std::string_view kClipboardPlainText = "text/plain";
 inline constexpr std::string_view kClipboardCsv = "text/csv";
 inline constexpr std::string_view kClipboardCsvMarker = "application/x-ostrand-csv-data";
+/// Rows dragged by the grid's "#" column; the payload is the editor's own.
+inline constexpr std::string_view kClipboardRowDrag = "application/x-ostrand-csv-editor-row";
 
 struct ClipboardItem
 {

@@ -4,7 +4,10 @@
 // random sequence, and a fixture holding a small document with all of them wired.
 
 #include "document/table_document.h"
+#include "editing/clipboard_columns.h"
+#include "editing/clipboard_rows.h"
 #include "editing/column_commands.h"
+#include "editing/csv_file_transfer.h"
 #include "editing/export_html.h"
 #include "editing/find_replace.h"
 #include "editing/jump_to_row.h"
@@ -71,6 +74,25 @@ public:
     bool SearchColumn(SearchColumnRequest& request) override
     {
         return Answer("SearchColumn", &request);
+    }
+
+    // The clipboard's and CSV files' dialogs.
+    bool PasteMapping(PasteMappingRequest& request) override
+    {
+        return Answer("PasteMapping", &request);
+    }
+    bool PastePlace(PastePlaceRequest& request) override { return Answer("PastePlace", &request); }
+    bool CopyColumns(CopyColumnsRequest& request) override
+    {
+        return Answer("CopyColumns", &request);
+    }
+    bool PasteColumn(PasteColumnRequest& request) override
+    {
+        return Answer("PasteColumn", &request);
+    }
+    bool ChooseCsvFile(CsvFileRequest& request) override
+    {
+        return Answer("ChooseCsvFile", &request);
     }
 
     void VerifyAllUsed()

@@ -3,10 +3,15 @@
 #include "view/qt/grid_model.h"
 
 #include <QActionGroup>
+#include <QApplication>
+#include <QDrag>
+#include <QDragEnterEvent>
+#include <QDropEvent>
 #include <QFontMetrics>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMenu>
+#include <QMimeData>
 #include <QMouseEvent>
 #include <QScrollBar>
 
@@ -274,9 +279,82 @@ void GridView::ShowFocusCell()
     scrollTo(index);
 }
 
+void GridView::SetRowDrag(const QString& format, std::function<QByteArray(int row)> payload,
+                          std::function<void(const QByteArray& dropped, int row)> drop)
+{
+    m_rowDragFormat = format;
+    m_rowDragPayload = std::move(payload);
+    m_rowDrop = std::move(drop);
+    setAcceptDrops(true);
+    viewport()->setAcceptDrops(true);
+}
+
+void GridView::mouseMoveEvent(QMouseEvent* event)
+{
+    if (m_dragRow >= 0 && (event->buttons() & Qt::LeftButton) && m_rowDragPayload &&
+        (event->position().toPoint() - m_dragStart).manhattanLength() >=
+            QApplication::startDragDistance()) {
+        const QByteArray payload = m_rowDragPayload(m_dragRow);
+        m_dragRow = -1;
+        if (!payload.isEmpty()) {
+            auto* drag = new QDrag(this);
+            auto* mime = new QMimeData;
+            mime->setData(m_rowDragFormat, payload);
+            drag->setMimeData(mime);
+            drag->exec(Qt::MoveAction);
+            event->accept();
+            return;
+        }
+    }
+    QTableView::mouseMoveEvent(event);
+}
+
+void GridView::dragEnterEvent(QDragEnterEvent* event)
+{
+    // Anything else (a file dropped to be opened) is left to the window.
+    if (m_rowDrop && event->mimeData()->hasFormat(m_rowDragFormat))
+        event->acceptProposedAction();
+    else
+        event->ignore();
+}
+
+void GridView::dragMoveEvent(QDragMoveEvent* event)
+{
+    if (m_rowDrop && event->mimeData()->hasFormat(m_rowDragFormat))
+        event->acceptProposedAction();
+    else
+        event->ignore();
+}
+
+void GridView::dropEvent(QDropEvent* event)
+{
+    if (!m_rowDrop || !event->mimeData()->hasFormat(m_rowDragFormat)) {
+        event->ignore();
+        return;
+    }
+    // On the upper half of a row the rows go before it, on the lower half after it.
+    const QPoint at = event->position().toPoint();
+    const QModelIndex index = indexAt(at);
+    int row = -1;
+    if (index.isValid()) {
+        int viewRow = index.row();
+        if (at.y() > rowViewportPosition(viewRow) + rowHeight(viewRow) / 2)
+            ++viewRow;
+        row = viewRow < m_model->rowCount() ? m_model->RowOfViewRow(viewRow) : -1;
+    }
+    event->acceptProposedAction();
+    m_rowDrop(event->mimeData()->data(m_rowDragFormat), row);
+}
+
 void GridView::mousePressEvent(QMouseEvent* event)
 {
     const QModelIndex index = indexAt(event->position().toPoint());
+    m_dragRow = -1;
+    if (index.isValid() && index.column() == 0 && event->button() == Qt::LeftButton &&
+        !(event->modifiers() & Qt::ControlModifier)) {
+        m_dragStart = event->position().toPoint();
+        m_dragRow = m_model->RowOfViewRow(index.row());
+    }
     if (index.isValid() && index.column() == 0 && (event->modifiers() & Qt::ControlModifier) &&
         event->button() == Qt::LeftButton) {
         const int row = m_model->RowOfViewRow(index.row());

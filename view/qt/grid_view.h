@@ -54,6 +54,11 @@ public:
     /// Whether the owner carries out a command the control hands on; menu entries it does
     /// not carry out show disabled. Without a check every entry counts as carried out.
     void SetOwnerCommandCheck(std::function<bool(int command)> check);
+    /// Rows dragged by the "#" column, under the drag format `format`: `payload` gives the
+    /// drag's data for the storage row pressed (empty: no drag); `drop` takes the data of a
+    /// drop and the storage row it landed before (-1: after the last row).
+    void SetRowDrag(const QString& format, std::function<QByteArray(int row)> payload,
+                    std::function<void(const QByteArray& dropped, int row)> drop);
 
     /// Makes the control's focus cell current and scrolls it into view.
     void ShowFocusCell();
@@ -77,6 +82,10 @@ signals:
 protected:
     void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
     void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragMoveEvent(QDragMoveEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) override;
     void resizeEvent(QResizeEvent* event) override;
@@ -93,6 +102,12 @@ private:
     GridModel* m_model = nullptr;
     std::unique_ptr<TextMeasurer> m_measurer;
     std::function<bool(int)> m_ownerCommandCheck;
+    QString m_rowDragFormat;
+    std::function<QByteArray(int)> m_rowDragPayload;
+    std::function<void(const QByteArray&, int)> m_rowDrop;
+    /// Where a press in the "#" column began, and its row; -1 when no row drag can start.
+    QPoint m_dragStart;
+    int m_dragRow = -1;
     bool m_indexHidden = false;
     bool m_applying = false;
     GridFontSize m_fontSize = GridFontSize::Normal;
