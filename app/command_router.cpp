@@ -5,8 +5,10 @@
 #include "document/table_document.h"
 #include "editing/column_commands.h"
 #include "editing/export_html.h"
+#include "editing/graph_command.h"
 #include "editing/print_table.h"
 #include "editing/row_commands.h"
+#include "editing/spell_check.h"
 #include "editing/table_commands.h"
 #include "editing/tool_context.h"
 #include "editing/trim_commands.h"
@@ -203,6 +205,10 @@ bool CommandRouter::Route(int id, bool run, int clicked) const
         return go([&] { TrimWhitespaceCommand(tools); });
     case cmd::kTrimColumnWhitespace:
         return go([&] { TrimColumnWhitespaceCommand(tools); });
+    case cmd::kGraph:
+        return go([&] { GraphCommand(tools); });
+    case cmd::kSpellCheckTable:
+        return go([&] { SpellCheckTableCommand(tools); });
 
     case cmd::kRowMenu:
     case cmd::kColumnMenu:

@@ -6,13 +6,16 @@
 #include "document/table_document.h"
 #include "editing/column_commands.h"
 #include "editing/export_html.h"
+#include "editing/graph_command.h"
 #include "editing/print_table.h"
 #include "editing/row_commands.h"
 #include "editing/scope_dialog.h"
+#include "editing/spell_check.h"
 #include "editing/tool_context.h"
 #include "editing/trim_commands.h"
 #include "ostrand/core/clipboard.h"
 #include "ostrand/core/user_interface.h"
+#include "ostrand/spell/spell_dictionary.h"
 
 #include <chrono>
 #include <clocale>
@@ -65,6 +68,8 @@ public:
     bool ExportHtml(quirnel::ExportHtmlRequest&) override { return false; }
     bool PrintOptions(quirnel::PrintOptionsRequest&) override { return false; }
     bool PrintSetup(quirnel::PrintJobRequest&) override { return false; }
+    bool GraphOptions(quirnel::GraphOptionsRequest&) override { return false; }
+    bool SpellCheck(quirnel::SpellCheckRequest&) override { return false; }
 };
 
 /// The column dialogs answered as someone working on a whole column of the file would: a new
@@ -115,6 +120,9 @@ public:
     bool RunOpenFile() override { return false; }
     bool OpenWithDefaultProgram(const std::string&) override { return false; }
     std::unique_ptr<quirnel::HtmlViewer> CreateHtmlViewer() override { return nullptr; }
+    void ShowGraph(const quirnel::GraphChart&) override {}
+    std::unique_ptr<ost::SpellDictionary> OpenSpellDictionary() override { return nullptr; }
+    std::string PersonalWordListPath() override { return {}; }
 };
 
 /// The same sequence every run, so that shuffles compare between runs.

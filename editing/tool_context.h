@@ -11,6 +11,7 @@
 namespace ost {
 class Clipboard;
 class UserInterface;
+class SpellDictionary;
 } // namespace ost
 
 namespace quirnel {
@@ -28,6 +29,9 @@ struct RenameColumnRequest;
 struct SetEntireColumnRequest;
 struct ShiftCellsRequest;
 struct ScopeRequest;
+struct GraphOptionsRequest;
+struct GraphChart;
+struct SpellCheckRequest;
 
 /// One virtual per dialog of the editing commands. Each takes a request that carries the
 /// defaults in and the user's choices out; false means the user cancelled.
@@ -51,6 +55,10 @@ public:
     virtual bool PrintOptions(PrintOptionsRequest& request) = 0;
     /// The system's print dialog: printer or file, copies, pages.
     virtual bool PrintSetup(PrintJobRequest& request) = 0;
+    /// The "Graph" options.
+    virtual bool GraphOptions(GraphOptionsRequest& request) = 0;
+    /// One unknown word of "Spell Check Table"; false stops the check.
+    virtual bool SpellCheck(SpellCheckRequest& request) = 0;
 };
 
 /// What only the window can do for a command.
@@ -79,6 +87,13 @@ public:
     virtual bool OpenWithDefaultProgram(const std::string& path) = 0;
     /// A fresh HTML viewer for printing; nullptr when none can be made.
     virtual std::unique_ptr<HtmlViewer> CreateHtmlViewer() = 0;
+    /// Opens the graph window over a finished chart (a window of its own, not modal).
+    virtual void ShowGraph(const GraphChart& chart) = 0;
+    /// The spelling dictionary of the user's language (English when there is none); nullptr
+    /// when no dictionary is installed.
+    virtual std::unique_ptr<ost::SpellDictionary> OpenSpellDictionary() = 0;
+    /// Where the words the user added to the dictionary are kept; empty: not kept.
+    virtual std::string PersonalWordListPath() = 0;
 };
 
 /// The "Settings" values editing commands read and write. The application's preferences
@@ -102,6 +117,20 @@ struct EditingPreferences
     /// Print: whether the font size is given, and the size in points.
     bool printSizeUsed = false;
     double printSize = 10.0;
+    /// The last "Graph" choices. Columns are remembered by name: 8-bit names as they are,
+    /// UTF-16 names as UTF-8 in the "W" keys.
+    bool graphAmount1Used = true;
+    std::string graphAmount;
+    std::string graphAmountW;
+    bool graphAmount2Used = false;
+    std::string graphAmount2;
+    std::string graphAmountW2;
+    std::string graphDate;
+    std::string graphDateW;
+    int graphDateFormat = 2; ///< 0 month-first, 1 day-first, 2 the regional order
+    int graphDivision = 0;   ///< a division code; 0 daily
+    bool graphTitleUsed = false;
+    std::u16string graphTitle;
 };
 
 /// Where shuffles get their randomness; tests give a fixed sequence.

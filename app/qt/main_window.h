@@ -171,6 +171,9 @@ private:
     bool RunOpenFile() override { return m_session.RunOpenFile(); }
     bool OpenWithDefaultProgram(const std::string& path) override;
     std::unique_ptr<HtmlViewer> CreateHtmlViewer() override;
+    void ShowGraph(const GraphChart& chart) override;
+    std::unique_ptr<ost::SpellDictionary> OpenSpellDictionary() override;
+    std::string PersonalWordListPath() override;
 
     // What the file session asks of the window.
     void BeginTableReset() override;

@@ -2,10 +2,12 @@
 
 #include "editing/qt/column_dialogs.h"
 #include "editing/qt/export_html_dialog.h"
+#include "editing/qt/graph_options_dialog.h"
 #include "editing/qt/jump_to_row_dialog.h"
 #include "editing/qt/print_dialogs.h"
 #include "editing/qt/scope_dialog_widget.h"
 #include "editing/qt/shift_cells_dialog.h"
+#include "editing/qt/spell_check_dialog.h"
 
 namespace quirnel {
 
@@ -72,6 +74,18 @@ bool QtEditingDialogs::PrintOptions(PrintOptionsRequest& request)
 bool QtEditingDialogs::PrintSetup(PrintJobRequest& request)
 {
     return RunSystemPrintDialog(request, m_parent);
+}
+
+bool QtEditingDialogs::GraphOptions(GraphOptionsRequest& request)
+{
+    GraphOptionsDialog dialog(request, m_parent);
+    return dialog.exec() == QDialog::Accepted;
+}
+
+bool QtEditingDialogs::SpellCheck(SpellCheckRequest& request)
+{
+    SpellCheckDialog dialog(request, m_parent);
+    return dialog.exec() == QDialog::Accepted;
 }
 
 } // namespace quirnel

@@ -25,6 +25,8 @@ public:
     bool ExportHtml(ExportHtmlRequest& request) override;
     bool PrintOptions(PrintOptionsRequest& request) override;
     bool PrintSetup(PrintJobRequest& request) override;
+    bool GraphOptions(GraphOptionsRequest& request) override;
+    bool SpellCheck(SpellCheckRequest& request) override;
 
 private:
     QPointer<QWidget> m_parent;

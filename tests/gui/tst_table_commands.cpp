@@ -87,7 +87,7 @@ private slots:
               cmd::kTableStatistics, cmd::kCreateRow, cmd::kDeleteRows, cmd::kMoveRowUp,
               cmd::kTrimWhitespace, cmd::kTrimColumnWhitespace, cmd::kExportToHtml, cmd::kPrint})
             QVERIFY2(ComputeCommandState(id, state).enabled, qPrintable(QString::number(id)));
-        for (int id : {cmd::kPasteRows, cmd::kFind, cmd::kGraph})
+        for (int id : {cmd::kPasteRows, cmd::kFind})
             QVERIFY2(!ComputeCommandState(id, state).enabled, qPrintable(QString::number(id)));
     }
 

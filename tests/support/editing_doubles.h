@@ -6,11 +6,14 @@
 #include "document/table_document.h"
 #include "editing/column_commands.h"
 #include "editing/export_html.h"
+#include "editing/graph_command.h"
 #include "editing/jump_to_row.h"
 #include "editing/print_table.h"
 #include "editing/scope_dialog.h"
+#include "editing/spell_check.h"
 #include "editing/tool_context.h"
 #include "ostrand/core/clipboard.h"
+#include "ostrand/spell/spell_dictionary.h"
 #include "tests/support/scripted_ui.h"
 
 #include <gtest/gtest.h>
@@ -65,6 +68,11 @@ public:
         return Answer("PrintOptions", &request);
     }
     bool PrintSetup(PrintJobRequest& request) override { return Answer("PrintSetup", &request); }
+    bool GraphOptions(GraphOptionsRequest& request) override
+    {
+        return Answer("GraphOptions", &request);
+    }
+    bool SpellCheck(SpellCheckRequest& request) override { return Answer("SpellCheck", &request); }
 
     void VerifyAllUsed()
     {
@@ -140,6 +148,12 @@ public:
     {
         return htmlViewer ? htmlViewer() : nullptr;
     }
+    void ShowGraph(const GraphChart& chart) override { graphs.push_back(chart); }
+    std::unique_ptr<ost::SpellDictionary> OpenSpellDictionary() override
+    {
+        return dictionary ? dictionary() : nullptr;
+    }
+    std::string PersonalWordListPath() override { return personalWordList; }
 
     int commits = 0;
     bool busy = false;
@@ -152,6 +166,9 @@ public:
     std::vector<std::string> opened;
     bool openSucceeds = true;
     std::function<std::unique_ptr<HtmlViewer>()> htmlViewer;
+    std::vector<GraphChart> graphs;
+    std::function<std::unique_ptr<ost::SpellDictionary>()> dictionary;
+    std::string personalWordList;
 };
 
 class SequenceRandom : public RandomSource
