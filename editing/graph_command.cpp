@@ -138,6 +138,9 @@ bool BuildGraph(const TableControl& table, const GraphOptions& options, GraphCha
     }
     first.SetReferenceDate(first.LatestDate());
     second.SetReferenceDate(second.LatestDate());
+    first.PrepareBuckets();
+    if (amount2 >= 0)
+        second.PrepareBuckets();
 
     for (int r = 0; r < rows; ++r) {
         const std::int32_t day = days[static_cast<std::size_t>(r)];

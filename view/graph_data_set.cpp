@@ -59,6 +59,41 @@ void GraphDataSet::NoteDate(std::int64_t day)
         m_latest = day;
 }
 
+namespace {
+
+/// More buckets than this (daily over some 11,000 years) stay in the map.
+constexpr std::int64_t kMaxDenseBuckets = 4 * 1024 * 1024;
+
+std::int64_t MonthIndex(std::int64_t day)
+{
+    const CivilDate date = CivilFromDayNumber(day);
+    return static_cast<std::int64_t>(date.year) * 12 + (date.month - 1);
+}
+
+} // namespace
+
+void GraphDataSet::SetReferenceDate(std::int64_t day)
+{
+    m_reference = day;
+    m_referenceMonth = MonthIndex(day);
+}
+
+void GraphDataSet::PrepareBuckets()
+{
+    m_dense.clear();
+    m_denseUsed.clear();
+    if (!m_hasDates)
+        return;
+    // Every bucket rule grows with the date, so the range's ends bound every bucket in it.
+    const std::int64_t first = BucketOf(m_earliest);
+    const std::int64_t last = BucketOf(m_latest);
+    if (last < first || last - first >= kMaxDenseBuckets)
+        return;
+    m_denseFirst = first;
+    m_dense.assign(static_cast<std::size_t>(last - first + 1), 0.0);
+    m_denseUsed.assign(m_dense.size(), 0);
+}
+
 std::int64_t GraphDataSet::BucketOf(std::int64_t day) const
 {
     switch (m_division) {
@@ -68,12 +103,8 @@ std::int64_t GraphDataSet::BucketOf(std::int64_t day) const
     case kDivisionMonthsAgo:
         // A month here is always 30 days: the buckets are of equal width.
         return (day - m_reference) / 30;
-    case kDivisionMonthly: {
-        const CivilDate date = CivilFromDayNumber(day);
-        const CivilDate reference = CivilFromDayNumber(m_reference);
-        return (static_cast<std::int64_t>(date.year) * 12 + date.month) -
-               (static_cast<std::int64_t>(reference.year) * 12 + reference.month);
-    }
+    case kDivisionMonthly:
+        return MonthIndex(day) - m_referenceMonth;
     case kDivisionYearly:
         return CivilFromDayNumber(day).year;
     default:
@@ -84,6 +115,14 @@ std::int64_t GraphDataSet::BucketOf(std::int64_t day) const
 void GraphDataSet::Add(std::int64_t day, double amount)
 {
     const std::int64_t bucket = BucketOf(day);
+    if (!m_dense.empty()) {
+        const std::uint64_t index = static_cast<std::uint64_t>(bucket - m_denseFirst);
+        if (index < m_dense.size()) {
+            m_dense[index] += amount;
+            m_denseUsed[index] = 1;
+            return;
+        }
+    }
     if (!m_lastTotal || bucket != m_lastBucket) {
         m_lastTotal = &m_buckets.try_emplace(bucket, 0.0).first->second;
         m_lastBucket = bucket;
@@ -96,6 +135,18 @@ void GraphDataSet::Add(std::int64_t day, double amount)
 
 void GraphDataSet::Finish()
 {
+    for (std::size_t i = 0; i < m_dense.size(); ++i) {
+        if (!m_denseUsed[i])
+            continue;
+        const std::int64_t bucket = m_denseFirst + static_cast<std::int64_t>(i);
+        m_buckets[bucket] += m_dense[i];
+        if (!m_hasBuckets || bucket < m_smallest)
+            m_smallest = bucket;
+        m_hasBuckets = true;
+    }
+    m_dense.clear();
+    m_denseUsed.clear();
+    m_lastTotal = nullptr;
     m_points.assign(m_buckets.begin(), m_buckets.end());
 }
 

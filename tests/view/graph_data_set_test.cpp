@@ -90,6 +90,35 @@ TEST(GraphDataSet, NotedDatesGiveTheRange)
     EXPECT_EQ(set.LatestDate(), 10);
 }
 
+TEST(GraphDataSet, PreparedBucketsGiveWhatTheMapGives)
+{
+    for (int division : {kDivisionDaily, kDivisionWeeksAgo, kDivisionMonthsAgo, kDivisionMonthly,
+                         kDivisionYearly}) {
+        SCOPED_TRACE(division);
+        GraphDataSet prepared(division);
+        GraphDataSet plain(division);
+        std::vector<std::int64_t> days;
+        for (std::int64_t k = 0; k < 400; ++k)
+            days.push_back(DayNumber(2019, 12, 1) + (k * 7919) % 1500);
+        for (std::int64_t day : days)
+            prepared.NoteDate(day);
+        prepared.SetReferenceDate(prepared.LatestDate());
+        plain.SetReferenceDate(prepared.LatestDate());
+        prepared.PrepareBuckets();
+        // A day outside the noted range still counts.
+        days.push_back(prepared.EarliestDate() - 400);
+        for (std::size_t i = 0; i < days.size(); ++i) {
+            prepared.Add(days[i], static_cast<double>(i % 5));
+            plain.Add(days[i], static_cast<double>(i % 5));
+        }
+        prepared.Finish();
+        plain.Finish();
+        EXPECT_EQ(prepared.Points(), plain.Points());
+        EXPECT_EQ(prepared.SmallestBucket(), plain.SmallestBucket());
+        EXPECT_EQ(prepared.Buckets(), plain.Buckets());
+    }
+}
+
 TEST(GraphLabels, TitlesAxesAndTicksPerDivision)
 {
     const std::int64_t r = DayNumber(2024, 3, 7);
