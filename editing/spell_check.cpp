@@ -197,6 +197,8 @@ private:
                     text.replace(start, word.size(), request.replacement);
                     ChangeFrame frame(m_context);
                     m_document.SetCellText16(row, column, ost::Utf8ToUtf16(text));
+                    // Setting a cell's text tells no view; the frame's end then redraws.
+                    m_table.Redraw();
                     frame.Done(m_table.DisplayPosition(row), row, column);
                     cursor = start + request.replacement.size();
                 }
@@ -240,8 +242,10 @@ private:
                     firstPosition = position;
             }
         }
-        if (firstPosition >= 0)
+        if (firstPosition >= 0) {
+            m_table.Redraw();
             frame.Done(firstPosition, currentRow, currentColumn);
+        }
         return currentBefore;
     }
 

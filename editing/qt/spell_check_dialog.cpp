@@ -66,6 +66,8 @@ SpellCheckDialog::SpellCheckDialog(SpellCheckRequest& request, QWidget* parent)
         m_suggestions->addItem(Utf8(suggestion));
     if (m_suggestions->count() > 0)
         m_suggestions->setCurrentRow(0);
+    // A short list keeps the dialog small, so that less of the table hides behind it.
+    m_suggestions->setMaximumHeight(m_suggestions->fontMetrics().lineSpacing() * 8);
     connect(m_suggestions, &QListWidget::currentTextChanged, m_replacement, &QLineEdit::setText);
     layout->addWidget(m_suggestions, 4, 1);
 

@@ -141,6 +141,30 @@ TEST_F(SpellCheckTest, ReplaceAllChangesEveryOccurrenceAndMarksTheDocumentModifi
     EXPECT_FALSE(host.busy);
 }
 
+TEST_F(SpellCheckTest, ViewsHearOfEachReplacement)
+{
+    struct Counter : TableControlObserver
+    {
+        void OnTableReset() override { ++told; }
+        void OnTableRepaint() override { ++told; }
+        int told = 0;
+    } view;
+    Open({"note"}, {{"tabel"}, {"tabel"}, {"qq"}});
+    document.Table().AddObserver(&view);
+    ExpectWord("tabel", 0, 1, SpellAction::Replace);
+    dialogs.Expect<SpellCheckRequest>("SpellCheck", [&view](SpellCheckRequest& request) {
+        // The first replacement shows before the next question.
+        EXPECT_EQ(view.told, 1);
+        request.action = SpellAction::ReplaceAll;
+        return true;
+    });
+    ExpectWord("qq", 2, 1, SpellAction::Ignore);
+    ui.Expect(kTitle, "The spell check is complete.");
+    SpellCheckTableCommand(context);
+    EXPECT_EQ(view.told, 2);
+    document.Table().RemoveObserver(&view);
+}
+
 TEST_F(SpellCheckTest, ReplaceAllKeepsCheckingTheRestOfTheCell)
 {
     known.insert("desk");
