@@ -244,12 +244,5 @@ TEST_F(GraphCommandTest, UnicodeColumnNamesAreRememberedUnderTheWideKeys)
     EXPECT_EQ(host.graphs[0].series[0].data.Points(), (Points{{Day(2024, 5, 1), 1}}));
 }
 
-TEST_F(GraphCommandTest, NoFileOpenOffersToOpenOne)
-{
-    ui.Expect("Graph", "You must first open a file.", ost::kButtonCancel);
-    GraphCommand(context);
-    EXPECT_TRUE(host.graphs.empty());
-}
-
 } // namespace
 } // namespace quirnel::test

@@ -78,18 +78,6 @@ TEST(GraphDataSet, YearlyBucketsAreYears)
     EXPECT_EQ(DivisionTickLabel(kDivisionYearly, 0, 2022), "2022");
 }
 
-TEST(GraphDataSet, NotedDatesGiveTheRange)
-{
-    GraphDataSet set;
-    EXPECT_FALSE(set.HasDates());
-    set.NoteDate(10);
-    set.NoteDate(-3);
-    set.NoteDate(7);
-    EXPECT_TRUE(set.HasDates());
-    EXPECT_EQ(set.EarliestDate(), -3);
-    EXPECT_EQ(set.LatestDate(), 10);
-}
-
 TEST(GraphDataSet, PreparedBucketsGiveWhatTheMapGives)
 {
     for (int division : {kDivisionDaily, kDivisionWeeksAgo, kDivisionMonthsAgo, kDivisionMonthly,

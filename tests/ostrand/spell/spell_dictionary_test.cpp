@@ -6,7 +6,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdlib>
 
 namespace ost {
 namespace {
@@ -26,30 +25,6 @@ TEST(ChooseDictionary, PrefersTheUsersLanguageThenEnglish)
     EXPECT_EQ(ChooseDictionary("pt_BR", {"en_GB", "en_AU"}), "en_AU");
     EXPECT_EQ(ChooseDictionary("pt_BR", {"de_DE"}), "");
     EXPECT_EQ(ChooseDictionary("en_US", {}), "");
-}
-
-TEST(UserLanguage, ComesFromTheLocaleVariablesInOrder)
-{
-    const char* saved[3];
-    const char* names[3] = {"LC_ALL", "LC_MESSAGES", "LANG"};
-    std::string keep[3];
-    for (int i = 0; i < 3; ++i) {
-        saved[i] = std::getenv(names[i]);
-        if (saved[i])
-            keep[i] = saved[i];
-    }
-    setenv("LC_ALL", "", 1);
-    setenv("LC_MESSAGES", "de_AT.UTF-8@euro", 1);
-    setenv("LANG", "fr_FR.UTF-8", 1);
-    EXPECT_EQ(UserLanguage(), "de_AT");
-    setenv("LC_ALL", "C.UTF-8", 1);
-    EXPECT_EQ(UserLanguage(), "");
-    for (int i = 0; i < 3; ++i) {
-        if (saved[i])
-            setenv(names[i], keep[i].c_str(), 1);
-        else
-            unsetenv(names[i]);
-    }
 }
 
 TEST(OpenSystemDictionary, NoneInstalledGivesNothing)
