@@ -121,6 +121,23 @@ private slots:
         QVERIFY(qobject_cast<QAreaSeries*>(again.Chart()->series().value(1)));
     }
 
+    void AWindowOfItsOwnReturnsWhereItWas()
+    {
+        QTemporaryDir dir;
+        const std::filesystem::path file = dir.filePath("graph.xml").toStdString();
+        NoUi ui;
+        NoClipboard clipboard;
+        {
+            GraphWindow window(TwoSets(), file, ui, clipboard);
+            window.show();
+            window.setGeometry(70, 80, 640, 480);
+            QVERIFY(QTest::qWaitForWindowExposed(&window));
+        }
+        GraphWindow again(TwoSets(), file, ui, clipboard);
+        QVERIFY(again.Settings().hasPosition);
+        QCOMPARE(again.geometry(), QRect(70, 80, 640, 480));
+    }
+
     void HostedGraphIs590By440AndADamagedFileIsNoObstacle()
     {
         QTemporaryDir dir;

@@ -99,7 +99,11 @@ GraphWindow::GraphWindow(GraphChart chart, std::filesystem::path settingsFile,
     }
 }
 
-GraphWindow::~GraphWindow() = default;
+GraphWindow::~GraphWindow()
+{
+    // Closing the main window destroys this one without a close event.
+    SaveGraphWindowSettings(m_settings, m_settingsFile);
+}
 
 QChart* GraphWindow::Chart() const
 {
@@ -206,16 +210,21 @@ void GraphWindow::SetVerticalLines(bool on)
     SaveSettings();
 }
 
+void GraphWindow::RememberPlacement()
+{
+    if (m_hosted || !isVisible())
+        return;
+    const QRect frame = geometry();
+    m_settings.hasPosition = true;
+    m_settings.left = frame.left();
+    m_settings.top = frame.top();
+    m_settings.width = frame.width();
+    m_settings.height = frame.height();
+}
+
 void GraphWindow::SaveSettings()
 {
-    if (!m_hosted && isVisible()) {
-        const QRect frame = geometry();
-        m_settings.hasPosition = true;
-        m_settings.left = frame.left();
-        m_settings.top = frame.top();
-        m_settings.width = frame.width();
-        m_settings.height = frame.height();
-    }
+    RememberPlacement();
     // A settings file that cannot be written only loses the choices for the next time.
     SaveGraphWindowSettings(m_settings, m_settingsFile);
 }
@@ -224,6 +233,18 @@ void GraphWindow::closeEvent(QCloseEvent* event)
 {
     SaveSettings();
     QWidget::closeEvent(event);
+}
+
+void GraphWindow::moveEvent(QMoveEvent* event)
+{
+    RememberPlacement();
+    QWidget::moveEvent(event);
+}
+
+void GraphWindow::resizeEvent(QResizeEvent* event)
+{
+    RememberPlacement();
+    QWidget::resizeEvent(event);
 }
 
 CaptureResult GraphWindow::CaptureImage()

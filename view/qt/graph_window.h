@@ -51,6 +51,8 @@ public:
 
 protected:
     void closeEvent(QCloseEvent* event) override;
+    void moveEvent(QMoveEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     ost::RgbaImage Grab() override;
@@ -60,6 +62,8 @@ private:
     /// Builds the chart's series and axes from the data and the settings.
     void Draw();
     void SaveSettings();
+    /// Notes where a window of its own stands, for "WindowPosition".
+    void RememberPlacement();
 
     GraphChart m_chart;
     std::filesystem::path m_settingsFile;
