@@ -9,8 +9,10 @@
 #include "editing/csv_file_transfer.h"
 #include "editing/export_html.h"
 #include "editing/find_replace.h"
+#include "editing/graph_command.h"
 #include "editing/print_table.h"
 #include "editing/row_commands.h"
+#include "editing/spell_check.h"
 #include "editing/table_commands.h"
 #include "editing/tool_context.h"
 #include "editing/trim_commands.h"
@@ -207,6 +209,10 @@ bool CommandRouter::Route(int id, bool run, int clicked) const
         return go([&] { TrimWhitespaceCommand(tools); });
     case cmd::kTrimColumnWhitespace:
         return go([&] { TrimColumnWhitespaceCommand(tools); });
+    case cmd::kGraph:
+        return go([&] { GraphCommand(tools); });
+    case cmd::kSpellCheckTable:
+        return go([&] { SpellCheckTableCommand(tools); });
 
     case cmd::kFind:
         return go([&] { SearchTableCommand(tools, SearchMode::Find, false, id); });

@@ -28,18 +28,6 @@ struct Preferences : EditingPreferences
     bool warnTooFew = true;
     bool filterCaseSensitive = false;
     bool filterWholeWord = false;
-    bool graphAmount1Used = true;
-    std::string graphAmount;
-    std::string graphAmountW;
-    bool graphAmount2Used = false;
-    std::string graphAmount2;
-    std::string graphAmountW2;
-    std::string graphDate;
-    std::string graphDateW;
-    int graphDateFormat = 0;
-    int graphDivision = 0;
-    bool graphTitleUsed = false;
-    std::u16string graphTitle;
 };
 
 /// The document frame's keys: the last document and folder, and the file switches.

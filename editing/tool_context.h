@@ -13,6 +13,7 @@
 namespace ost {
 class Clipboard;
 class UserInterface;
+class SpellDictionary;
 } // namespace ost
 
 namespace quirnel {
@@ -37,6 +38,9 @@ struct PastePlaceRequest;
 struct CopyColumnsRequest;
 struct PasteColumnRequest;
 struct CsvFileRequest;
+struct GraphOptionsRequest;
+struct GraphChart;
+struct SpellCheckRequest;
 
 /// One virtual per dialog of the editing commands. Each takes a request that carries the
 /// defaults in and the user's choices out; false means the user cancelled.
@@ -77,6 +81,10 @@ public:
     virtual bool PasteColumn(PasteColumnRequest&) { return false; }
     /// A CSV file to read from or to write to.
     virtual bool ChooseCsvFile(CsvFileRequest&) { return false; }
+    /// The "Graph" options.
+    virtual bool GraphOptions(GraphOptionsRequest& request) = 0;
+    /// One unknown word of "Spell Check Table"; false stops the check.
+    virtual bool SpellCheck(SpellCheckRequest& request) = 0;
 };
 
 /// What only the window can do for a command.
@@ -111,6 +119,13 @@ public:
     virtual void ShowCellMatch(int row, int column, int start, int length) = 0;
     /// Turns multiline editing mode off: the Editor pane closes.
     virtual void EndMultilineEditing() = 0;
+    /// Opens the graph window over a finished chart (a window of its own, not modal).
+    virtual void ShowGraph(const GraphChart& chart) = 0;
+    /// The spelling dictionary of the user's language (English when there is none); nullptr
+    /// when no dictionary is installed.
+    virtual std::unique_ptr<ost::SpellDictionary> OpenSpellDictionary() = 0;
+    /// Where the words the user added to the dictionary are kept; empty: not kept.
+    virtual std::string PersonalWordListPath() = 0;
 };
 
 /// The "Settings" values editing commands read and write. The application's preferences
@@ -134,6 +149,20 @@ struct EditingPreferences
     /// Print: whether the font size is given, and the size in points.
     bool printSizeUsed = false;
     double printSize = 10.0;
+    /// The last "Graph" choices. Columns are remembered by name: 8-bit names as they are,
+    /// UTF-16 names as UTF-8 in the "W" keys.
+    bool graphAmount1Used = true;
+    std::string graphAmount;
+    std::string graphAmountW;
+    bool graphAmount2Used = false;
+    std::string graphAmount2;
+    std::string graphAmountW2;
+    std::string graphDate;
+    std::string graphDateW;
+    int graphDateFormat = 2; ///< 0 month-first, 1 day-first, 2 the regional order
+    int graphDivision = 0;   ///< a division code; 0 daily
+    bool graphTitleUsed = false;
+    std::u16string graphTitle;
 };
 
 /// Where shuffles get their randomness; tests give a fixed sequence.

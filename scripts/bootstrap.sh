@@ -9,6 +9,7 @@ packages=(
     libfreeimage-dev libgtest-dev libgmock-dev libbenchmark-dev
     clang-format xvfb xauth imagemagick fonts-dejavu-core python3 poppler-utils
     clang libclang-rt-14-dev
+    libhunspell-dev hunspell-en-us
 )
 
 missing=()

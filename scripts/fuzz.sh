@@ -19,6 +19,7 @@ esac
 bash scripts/bootstrap.sh
 
 targets=(fuzz_loader fuzz_record_reader fuzz_round_trip fuzz_settings_file fuzz_file_history)
+targets+=(fuzz_graph_settings)
 cmake --preset fuzz >/dev/null
 cmake --build --preset fuzz --target "${targets[@]}"
 

@@ -21,6 +21,9 @@
 #include "ostrand/settings/settings_exchange.h"
 #include "ostrand/settings/settings_folder.h"
 #include "view/qt/grid_view.h"
+#include "ostrand/spell/hunspell_dictionary.h"
+#include "ostrand/spell/spell_dictionary.h"
+#include "view/qt/graph_window.h"
 
 #include <QAbstractItemView>
 #include <QApplication>
@@ -546,6 +549,29 @@ bool MainWindow::OpenWithDefaultProgram(const std::string& path)
 std::unique_ptr<HtmlViewer> MainWindow::CreateHtmlViewer()
 {
     return std::make_unique<QtHtmlViewer>();
+}
+
+void MainWindow::ShowGraph(const GraphChart& chart)
+{
+    std::error_code error;
+    std::filesystem::create_directories(m_options.settingsFolder, error);
+    auto* window = new GraphWindow(chart, m_options.settingsFolder / kGraphSettingsFile, m_ui,
+                                   m_clipboard, this);
+    window->setAttribute(Qt::WA_DeleteOnClose);
+    window->show();
+}
+
+std::unique_ptr<ost::SpellDictionary> MainWindow::OpenSpellDictionary()
+{
+    return ost::OpenSystemDictionary(ost::UserLanguage(), ost::DefaultDictionaryFolders());
+}
+
+std::string MainWindow::PersonalWordListPath()
+{
+    std::error_code error;
+    std::filesystem::create_directories(m_options.settingsFolder, error);
+    // Kept as its own file so that the list survives a damaged or reset settings file.
+    return (m_options.settingsFolder / "words.dic").string();
 }
 
 DocumentState MainWindow::CurrentState() const

@@ -175,6 +175,9 @@ private:
     std::unique_ptr<HtmlViewer> CreateHtmlViewer() override;
     void ShowCellMatch(int row, int column, int start, int length) override;
     void EndMultilineEditing() override;
+    void ShowGraph(const GraphChart& chart) override;
+    std::unique_ptr<ost::SpellDictionary> OpenSpellDictionary() override;
+    std::string PersonalWordListPath() override;
 
     // What the file session asks of the window.
     void BeginTableReset() override;

@@ -5,11 +5,13 @@
 #include "editing/qt/clipboard_dialogs.h"
 #include "editing/qt/column_dialogs.h"
 #include "editing/qt/export_html_dialog.h"
+#include "editing/qt/graph_options_dialog.h"
 #include "editing/qt/jump_to_row_dialog.h"
 #include "editing/qt/print_dialogs.h"
 #include "editing/qt/scope_dialog_widget.h"
 #include "editing/qt/search_dialogs.h"
 #include "editing/qt/shift_cells_dialog.h"
+#include "editing/qt/spell_check_dialog.h"
 
 #include <QFileDialog>
 
@@ -128,6 +130,18 @@ bool QtEditingDialogs::ChooseCsvFile(CsvFileRequest& request)
         return false;
     request.path = chosen.toStdString();
     return true;
+}
+
+bool QtEditingDialogs::GraphOptions(GraphOptionsRequest& request)
+{
+    GraphOptionsDialog dialog(request, m_parent);
+    return dialog.exec() == QDialog::Accepted;
+}
+
+bool QtEditingDialogs::SpellCheck(SpellCheckRequest& request)
+{
+    SpellCheckDialog dialog(request, m_parent);
+    return dialog.exec() == QDialog::Accepted;
 }
 
 } // namespace quirnel

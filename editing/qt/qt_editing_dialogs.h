@@ -33,6 +33,8 @@ public:
     bool CopyColumns(CopyColumnsRequest& request) override;
     bool PasteColumn(PasteColumnRequest& request) override;
     bool ChooseCsvFile(CsvFileRequest& request) override;
+    bool GraphOptions(GraphOptionsRequest& request) override;
+    bool SpellCheck(SpellCheckRequest& request) override;
 
 private:
     QPointer<QWidget> m_parent;

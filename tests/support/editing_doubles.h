@@ -10,11 +10,14 @@
 #include "editing/csv_file_transfer.h"
 #include "editing/export_html.h"
 #include "editing/find_replace.h"
+#include "editing/graph_command.h"
 #include "editing/jump_to_row.h"
 #include "editing/print_table.h"
 #include "editing/scope_dialog.h"
+#include "editing/spell_check.h"
 #include "editing/tool_context.h"
 #include "ostrand/core/clipboard.h"
+#include "ostrand/spell/spell_dictionary.h"
 #include "tests/support/scripted_ui.h"
 
 #include <gtest/gtest.h>
@@ -69,6 +72,11 @@ public:
         return Answer("PrintOptions", &request);
     }
     bool PrintSetup(PrintJobRequest& request) override { return Answer("PrintSetup", &request); }
+    bool GraphOptions(GraphOptionsRequest& request) override
+    {
+        return Answer("GraphOptions", &request);
+    }
+    bool SpellCheck(SpellCheckRequest& request) override { return Answer("SpellCheck", &request); }
 
     bool Search(SearchRequest& request) override { return Answer("Search", &request); }
     bool SearchColumn(SearchColumnRequest& request) override
@@ -169,6 +177,12 @@ public:
     {
         return htmlViewer ? htmlViewer() : nullptr;
     }
+    void ShowGraph(const GraphChart& chart) override { graphs.push_back(chart); }
+    std::unique_ptr<ost::SpellDictionary> OpenSpellDictionary() override
+    {
+        return dictionary ? dictionary() : nullptr;
+    }
+    std::string PersonalWordListPath() override { return personalWordList; }
 
     struct ShownMatch
     {
@@ -200,6 +214,9 @@ public:
     std::vector<std::string> opened;
     bool openSucceeds = true;
     std::function<std::unique_ptr<HtmlViewer>()> htmlViewer;
+    std::vector<GraphChart> graphs;
+    std::function<std::unique_ptr<ost::SpellDictionary>()> dictionary;
+    std::string personalWordList;
 };
 
 class SequenceRandom : public RandomSource
