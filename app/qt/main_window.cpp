@@ -20,10 +20,10 @@
 #include "editing/warnings_commands.h"
 #include "ostrand/settings/settings_exchange.h"
 #include "ostrand/settings/settings_folder.h"
-#include "view/qt/grid_view.h"
 #include "ostrand/spell/hunspell_dictionary.h"
 #include "ostrand/spell/spell_dictionary.h"
 #include "view/qt/graph_window.h"
+#include "view/qt/grid_view.h"
 
 #include <QAbstractItemView>
 #include <QApplication>

@@ -81,11 +81,12 @@ private slots:
         auto window = OpenWindow(kFourRows);
         QVERIFY(window);
         const DocumentState state = window->CurrentState();
-        for (int id : {cmd::kBookmarkReturn, cmd::kBookmarkSet, cmd::kDeselectAllRows,
-                       cmd::kJumpToRow, cmd::kMaximizeColumnWidths, cmd::kMinimizeColumnWidths,
-                       cmd::kSelectAllRows, cmd::kTableStatistics, cmd::kCreateRow,
-                       cmd::kDeleteRows, cmd::kMoveRowUp, cmd::kTrimWhitespace,
-                       cmd::kTrimColumnWhitespace, cmd::kExportToHtml, cmd::kPrint, cmd::kFind, cmd::kGraph})
+        for (int id :
+             {cmd::kBookmarkReturn, cmd::kBookmarkSet, cmd::kDeselectAllRows, cmd::kJumpToRow,
+              cmd::kMaximizeColumnWidths, cmd::kMinimizeColumnWidths, cmd::kSelectAllRows,
+              cmd::kTableStatistics, cmd::kCreateRow, cmd::kDeleteRows, cmd::kMoveRowUp,
+              cmd::kTrimWhitespace, cmd::kTrimColumnWhitespace, cmd::kExportToHtml, cmd::kPrint,
+              cmd::kFind, cmd::kGraph})
             QVERIFY2(ComputeCommandState(id, state).enabled, qPrintable(QString::number(id)));
     }
 
