@@ -967,6 +967,7 @@ bool TableControl::StoreText(int row, int column, std::uint64_t textRef)
     if (!ref)
         return false;
     *ref = (*ref & kCheckedBit) | textRef;
+    NoteCellChanged();
     return true;
 }
 
@@ -1062,6 +1063,7 @@ bool TableControl::ClearCell(int row, int column)
     if (!ref)
         return false;
     *ref &= kWideBit | kCheckedBit;
+    NoteCellChanged();
     return true;
 }
 

@@ -513,6 +513,13 @@ private:
     std::uint64_t* CellRef(int row, int column);
     /// Replaces the text part of a cell reference, keeping its checked bit.
     bool StoreText(int row, int column, std::uint64_t textRef);
+    /// A command that sets cells one by one inside a change gets the view repainted at its
+    /// end; outside a change (loading, the view's own edits) nobody is told, as before.
+    void NoteCellChanged()
+    {
+        if (m_changeDepth > 0)
+            m_repaintPending = true;
+    }
     /// Puts hidden rows, then the trailing row, last; storage order first when `fromStorage`.
     void RestoreOrder(bool fromStorage);
     void FillPositions();

@@ -70,7 +70,17 @@ TEST_F(TrimCommands, OneTrailingSpaceInTheEntireTable)
     Open({"a", "b"}, {{"x ", "y"}, {"z", "w"}});
     AnswerScope(kScopeTable, false, false);
     ui.Expect("Trim Whitespace", "1 whitespace character was trimmed from 1 cell.");
+    // Only cell texts change, yet the view must hear of it once, or it shows the old text.
+    struct Notices : TableControlObserver
+    {
+        void OnTableReset() override { ++count; }
+        void OnTableRepaint() override { ++count; }
+        int count = 0;
+    } notices;
+    Table().AddObserver(&notices);
     TrimWhitespaceCommand(context);
+    Table().RemoveObserver(&notices);
+    EXPECT_EQ(notices.count, 1);
     EXPECT_EQ(Stored(), (Texts{"x", "z"}));
     EXPECT_TRUE(document.Modified());
     EXPECT_EQ(host.modifiedMarks, 1);
