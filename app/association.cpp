@@ -1,5 +1,6 @@
 #include "app/association.h"
 
+#include "ostrand/core/text_file.h"
 #include "ostrand/core/user_interface.h"
 
 #include <algorithm>
@@ -337,21 +338,7 @@ bool WriteTextAtomically(const std::string& path, const std::string& text)
 {
     std::error_code error;
     std::filesystem::create_directories(std::filesystem::path(path).parent_path(), error);
-    const std::string temporary = path + ".tmp";
-    {
-        std::ofstream out(temporary, std::ios::binary | std::ios::trunc);
-        if (!out)
-            return false;
-        out << text;
-        if (!out.flush())
-            return false;
-    }
-    std::filesystem::rename(temporary, path, error);
-    if (error) {
-        std::filesystem::remove(temporary, error);
-        return false;
-    }
-    return true;
+    return ost::ReplaceTextFile(path, text);
 }
 
 std::string DataDirsSearchPath()

@@ -1,5 +1,7 @@
 #include "view/graph_window_settings.h"
 
+#include "ostrand/core/text_file.h"
+
 #include <charconv>
 #include <fstream>
 #include <iterator>
@@ -190,26 +192,7 @@ GraphWindowSettings LoadGraphWindowSettings(const std::filesystem::path& path)
 
 bool SaveGraphWindowSettings(const GraphWindowSettings& settings, const std::filesystem::path& path)
 {
-    std::filesystem::path temporary = path;
-    temporary += ".tmp";
-    {
-        std::ofstream out(temporary, std::ios::binary | std::ios::trunc);
-        out << FormatGraphWindowSettings(settings);
-        out.flush();
-        if (!out) {
-            out.close();
-            std::error_code ignored;
-            std::filesystem::remove(temporary, ignored);
-            return false;
-        }
-    }
-    std::error_code error;
-    std::filesystem::rename(temporary, path, error);
-    if (error) {
-        std::filesystem::remove(temporary, error);
-        return false;
-    }
-    return true;
+    return ost::ReplaceTextFile(path, FormatGraphWindowSettings(settings));
 }
 
 } // namespace quirnel

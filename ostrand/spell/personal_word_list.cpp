@@ -1,5 +1,7 @@
 #include "ostrand/spell/personal_word_list.h"
 
+#include "ostrand/core/text_file.h"
+
 #include <cstdio>
 #include <fstream>
 #include <system_error>
@@ -33,27 +35,10 @@ bool PersonalWordList::Add(std::string_view word)
     m_words.emplace(word);
     if (m_path.empty())
         return true;
-    std::filesystem::path temporary = m_path;
-    temporary += ".tmp";
-    {
-        std::ofstream out(temporary, std::ios::binary | std::ios::trunc);
-        for (const std::string& known : m_words)
-            out << known << '\n';
-        out.flush();
-        if (!out) {
-            out.close();
-            std::error_code ignored;
-            std::filesystem::remove(temporary, ignored);
-            return false;
-        }
-    }
-    std::error_code error;
-    std::filesystem::rename(temporary, m_path, error);
-    if (error) {
-        std::filesystem::remove(temporary, error);
-        return false;
-    }
-    return true;
+    std::string text;
+    for (const std::string& known : m_words)
+        text.append(known).push_back('\n');
+    return ReplaceTextFile(m_path, text);
 }
 
 } // namespace ost
