@@ -86,12 +86,7 @@ void PasteColumnCommand(ToolContext& context)
     context.host.CommitCellEdit();
     const TextRecords records = ReadClipboardRecords(context.clipboard);
     if (records.Empty()) {
-        ost::MessageBoxRequest box;
-        box.title = title;
-        box.text = "The clipboard does not contain a column.";
-        box.icon = ost::MessageIcon::Information;
-        box.commandIcon = std::string(CommandIconName(id));
-        context.ui.MessageBox(box);
+        InformUser(context, title, "The clipboard does not contain a column.", CommandIconName(id));
         return;
     }
     PasteColumnRequest request;

@@ -28,12 +28,7 @@ constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 
 void Tell(ToolContext& context, const std::string& title, const std::string& text, int id)
 {
-    ost::MessageBoxRequest box;
-    box.title = title;
-    box.text = text;
-    box.icon = ost::MessageIcon::Information;
-    box.commandIcon = std::string(CommandIconName(id));
-    context.ui.MessageBox(box);
+    InformUser(context, title, text, CommandIconName(id));
 }
 
 /// Whether the raw record holds a tab that no quote mark encloses.

@@ -26,12 +26,7 @@ std::string Caption(int id)
 
 void Tell(ToolContext& context, const std::string& title, const char* text, int id)
 {
-    ost::MessageBoxRequest box;
-    box.title = title;
-    box.text = text;
-    box.icon = ost::MessageIcon::Information;
-    box.commandIcon = std::string(CommandIconName(id));
-    context.ui.MessageBox(box);
+    InformUser(context, title, text, CommandIconName(id));
 }
 
 bool IsDataColumn(const TableControl& table, int column)

@@ -6,17 +6,23 @@
 
 namespace quirnel {
 
+void InformUser(ToolContext& context, const std::string& title, std::string_view text,
+                std::string_view icon)
+{
+    ost::MessageBoxRequest box;
+    box.title = title;
+    box.text = std::string(text);
+    box.icon = ost::MessageIcon::Information;
+    box.commandIcon = std::string(icon);
+    context.ui.MessageBox(box);
+}
+
 namespace {
 
 /// Tells the user why the command cannot run; always "stop".
 bool Refuse(ToolContext& context, const std::string& title, std::string_view icon, const char* text)
 {
-    ost::MessageBoxRequest box;
-    box.title = title;
-    box.text = text;
-    box.icon = ost::MessageIcon::Information;
-    box.commandIcon = std::string(icon);
-    context.ui.MessageBox(box);
+    InformUser(context, title, text, icon);
     return true;
 }
 

@@ -26,4 +26,8 @@ inline constexpr unsigned kToolGoesOnAfterOpen = 0x100; ///< carries on once a f
 bool CheckToolPreconditions(ToolContext& context, unsigned flags, const std::string& title,
                             std::string_view icon);
 
+/// An information box with only OK, titled with the command's caption and showing its image.
+void InformUser(ToolContext& context, const std::string& title, std::string_view text,
+                std::string_view icon);
+
 } // namespace quirnel
