@@ -1142,6 +1142,36 @@ void TableControl::SetRowText8Borrowed(int row, const std::string_view* texts, i
     }
 }
 
+std::uint64_t TableControl::PackBorrowed(TextBufferHandle handle, const char* base,
+                                         std::string_view text)
+{
+    if (text.empty())
+        return 0;
+    // As addresses: text before `base` wraps round to an offset too large to pack.
+    const std::uint64_t offset =
+        reinterpret_cast<std::uintptr_t>(text.data()) - reinterpret_cast<std::uintptr_t>(base);
+    if (handle <= 0 || static_cast<std::uint32_t>(handle) > kLastTextChunk ||
+        text.size() > kLengthMask || offset > kOffsetMask)
+        return kUnpackedCell;
+    return MakeRef(false, static_cast<std::uint32_t>(handle), offset, text.size());
+}
+
+void TableControl::SetRowsPacked(int first, int count, std::span<const std::uint64_t* const> packed)
+{
+    if (first < 0 || count <= 0 || count > m_rowCount - first)
+        return;
+    Storage& s = *m_store;
+    const std::size_t columns = std::min(packed.size(), s.cells.size());
+    for (std::size_t c = 0; c < columns; ++c) {
+        std::uint64_t* out = s.cells[c].data() + first;
+        const std::uint64_t* in = packed[c];
+        for (int i = 0; i < count; ++i) {
+            const std::uint64_t cell = in[i] == kUnpackedCell ? 0 : in[i];
+            out[i] = (out[i] & kCheckedBit) | cell;
+        }
+    }
+}
+
 void TableControl::ReserveTextWide(std::size_t units)
 {
     m_store->pool.Reserve16(units);

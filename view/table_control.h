@@ -257,6 +257,9 @@ public:
 /// Identifies a text buffer adopted by the control.
 using TextBufferHandle = int;
 
+/// A packed cell that TableControl::PackBorrowed could not make.
+inline constexpr std::uint64_t kUnpackedCell = ~0ull;
+
 /// The view's geometry, which statistics and "keep the focus row in view" need.
 struct ViewGeometry
 {
@@ -433,6 +436,17 @@ public:
     /// i < count (and below ColumnCount() - 1). For loaders that fill millions of cells.
     void SetRowText8Borrowed(int row, const std::string_view* texts, int count,
                              TextBufferHandle handle);
+    /// A cell for SetRowsPacked: 8-bit `text` lying in the adopted buffer `handle`, whose
+    /// first byte is `base`, packed as the control holds it. Empty text packs as 0; text that
+    /// cannot be packed so (too long, or too far into the buffer) as kUnpackedCell, for the
+    /// caller to set with SetCellText8. Needs no access to the control: loaders pack cells on
+    /// threads of their own.
+    static std::uint64_t PackBorrowed(TextBufferHandle handle, const char* base,
+                                      std::string_view text);
+    /// Sets the data cells of the existing rows first .. first + count - 1 at once: column c
+    /// (from 1) takes packed[c - 1][0 .. count - 1], cells made by PackBorrowed for the adopted
+    /// buffer they point into. Cells packed as kUnpackedCell are left empty.
+    void SetRowsPacked(int first, int count, std::span<const std::uint64_t* const> packed);
     /// A hint before many SetCellText16 calls (e.g. a converted file): arena room in UTF-16 units.
     void ReserveTextWide(std::size_t units);
 
