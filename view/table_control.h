@@ -7,6 +7,7 @@
 // major, one array per data column) into immutable text chunks. Chunks are either buffers the
 // loader adopted whole (no copy per cell) or append-only arenas for edited and converted text.
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -477,6 +478,9 @@ public:
     void Sort();
     /// "Don't sort rows".
     void Unsort();
+    /// Threads a sort shares its work between: 0 (the default) one per processor for big
+    /// tables, else exactly this many. The order is the same whatever the count.
+    void SetSortThreads(int threads) { m_sortThreads = std::max(threads, 0); }
     /// Dates are read day-first when true, month-first otherwise; the regional order at first.
     void SetDayFirst(bool dayFirst) { m_dayFirst = dayFirst; }
     bool DayFirst() const { return m_dayFirst; }
@@ -534,6 +538,7 @@ private:
     /// The ordering of a sort (keys, comparator, hidden and trailing rows, positions).
     void SortRows();
     void KeepFocusInView();
+    int SortThreads(std::size_t rows) const;
     /// `displayPosition` -1: where an unsorted table puts them (storage order).
     void InsertRowsAt(int at, int count, int displayPosition);
     /// Moves rows so that new storage index i holds old row `from[i]`.
@@ -555,6 +560,7 @@ private:
     bool m_orderKept = false;
     int m_previousSort[2] = {-1, -1};
     bool m_dayFirst = true;
+    int m_sortThreads = 0;
     int m_altRows = 0;
     int m_grid = 0;
     bool m_tabThru = false;
