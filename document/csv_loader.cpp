@@ -404,9 +404,24 @@ bool LoadCsvFile(TableDocument& document, FileFormat& format, const std::string&
                 for (const std::vector<std::uint64_t>& column : piece->packed)
                     packed.push_back(column.data());
                 table.SetRowsPacked(recordNumber, static_cast<int>(piece->records), packed);
-                for (const ParsedPiece::Loose& cell : piece->loose)
-                    table.SetCellText8(recordNumber + static_cast<int>(cell.record),
-                                       static_cast<int>(cell.column), cell.text);
+                for (const ParsedPiece::Loose& cell : piece->loose) {
+                    const int row = recordNumber + static_cast<int>(cell.record);
+                    const int column = static_cast<int>(cell.column);
+                    const auto at = static_cast<std::size_t>(cell.text.data() - whole.data());
+                    if (!cell.raw) {
+                        table.SetCellText8(row, column, cell.text);
+                    } else if (at - offset + cell.text.size() <= piece->bound) {
+                        // Cleaned where it lies, as on one thread: no worker reads there now.
+                        table.SetCellText8Borrowed(
+                            row, column,
+                            CsvRecordReader::UnquoteInPlace(buffer->data() + at, cell.text.size(),
+                                                            flags),
+                            handle);
+                    } else {
+                        table.SetCellText8(row, column,
+                                           CsvRecordReader::UnquoteField(cell.text, flags));
+                    }
+                }
             }
             recordNumber += static_cast<int>(piece->records);
             for (std::size_t c = 1; c <= columns; ++c)

@@ -237,10 +237,9 @@ void ParallelRecordReader::ReadPiece(std::size_t from, std::size_t bound, Parsed
     out.loose.clear();
     out.notes.clear();
     out.longest.assign(columns + 1, 0);
-    out.copies.clear();
-    // Loose cells cleaned into `copies`: their place in `loose` and their offset there, pointed
-    // at once it stops growing.
-    std::vector<std::pair<std::size_t, std::size_t>> copied;
+    out.bound = bound;
+    // Fields that cleaning rewrites are cleaned here only to measure them.
+    std::string scratch;
     std::vector<std::string> comments;
     std::vector<std::string>* const commentSink =
         (flags & CSV_IGNORE_COMMENTS) ? &comments : nullptr;
@@ -271,16 +270,11 @@ void ParallelRecordReader::ReadPiece(std::size_t from, std::size_t bound, Parsed
             if (CsvRecordReader::CleanWithoutRewrite(raw[i], flags, cell)) {
                 packed = TableControl::PackBorrowed(m_setup.buffer, m_setup.bufferBase, cell);
                 if (packed == kUnpackedCell)
-                    out.loose.push_back({number, static_cast<std::uint32_t>(i + 1), cell});
+                    out.loose.push_back({number, static_cast<std::uint32_t>(i + 1), cell, false});
             } else {
-                const std::size_t at = out.copies.size();
-                out.copies.append(raw[i]);
-                cell =
-                    CsvRecordReader::UnquoteInPlace(out.copies.data() + at, raw[i].size(), flags);
-                const auto offset = static_cast<std::size_t>(cell.data() - out.copies.data());
-                out.copies.resize(offset + cell.size());
-                copied.emplace_back(out.loose.size(), offset);
-                out.loose.push_back({number, static_cast<std::uint32_t>(i + 1), cell});
+                scratch.assign(raw[i]);
+                cell = CsvRecordReader::UnquoteInPlace(scratch.data(), scratch.size(), flags);
+                out.loose.push_back({number, static_cast<std::uint32_t>(i + 1), raw[i], true});
                 packed = kUnpackedCell;
             }
             out.packed[i].push_back(packed);
@@ -293,9 +287,6 @@ void ParallelRecordReader::ReadPiece(std::size_t from, std::size_t bound, Parsed
         ++out.records;
     }
     out.end = reader.Position();
-    for (const auto& [index, offset] : copied)
-        out.loose[index].text =
-            std::string_view(out.copies.data() + offset, out.loose[index].text.size());
 }
 
 } // namespace quirnel

@@ -43,19 +43,22 @@ struct ParsedPiece
     /// packed[c - 1][r]: the cell of record r in column c as TableControl::PackBorrowed makes
     /// it; 0 where the record has no such field.
     std::vector<std::vector<std::uint64_t>> packed;
-    /// Cells packed as kUnpackedCell, to be set as text.
+    /// Cells packed as kUnpackedCell, to be set as text: cleaned, or `raw` fields whose
+    /// cleaning rewrites them, left to the caller.
     struct Loose
     {
         std::uint32_t record;
         std::uint32_t column; ///< from 1
         std::string_view text;
+        bool raw;
     };
     std::vector<Loose> loose;
     std::vector<ParsedRecordNote> notes;
     /// The longest cell per column, indexed from 1 like the table's columns.
     std::vector<int> longest;
-    /// Cleaned copies of the fields that cleaning had to rewrite; loose cells point into it.
-    std::string copies;
+    /// Where the next piece's own read begins: no worker reads the text before it any more,
+    /// so the owner may clean the piece's raw fields that end there in place.
+    std::size_t bound = 0;
 };
 
 struct ParallelReadSetup
