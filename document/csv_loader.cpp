@@ -31,6 +31,8 @@ constexpr int kProgressInterval = 1024;
 /// What one thread reads at a time: big enough that handing pieces over costs nothing, small
 /// enough that the pieces waiting to be stored stay in the caches.
 constexpr std::size_t kPieceBytes = 1 << 20;
+/// Pieces read before the parallel load grows the table for the whole file.
+constexpr std::size_t kEstimatePieces = 8;
 /// At most this many reading threads, however many processors there are.
 constexpr int kMaxThreads = 8;
 
@@ -377,10 +379,21 @@ bool LoadCsvFile(TableDocument& document, FileFormat& format, const std::string&
         while (const ParsedPiece* piece = pieces.Next(poll)) {
             if (piece->records > static_cast<std::size_t>(limits.maxRecords - recordNumber))
                 return tooManyRecords();
-            if (piece->records != 0) {
-                const int last = recordNumber + static_cast<int>(piece->records) - 1;
-                if (table.RowCount() <= last)
-                    growRows(last, piece->end);
+            const int needed = recordNumber + static_cast<int>(piece->records);
+            if (table.RowCount() < needed) {
+                // Rows are grown once by an estimate from the first pieces, with a small
+                // margin: the rows of a big file are its largest part after its text, and
+                // room grown ahead is memory held. Early growths copy little.
+                std::size_t rows = static_cast<std::size_t>(needed) * 2;
+                if (piece->end - dataStart >= kEstimatePieces * pieceBytes) {
+                    const std::size_t perRecord =
+                        std::max<std::size_t>(1, piece->end / static_cast<std::size_t>(needed));
+                    const std::size_t estimate = (size - std::min(piece->end, size)) / perRecord;
+                    rows = static_cast<std::size_t>(needed) + estimate + estimate / 64 + 64;
+                }
+                table.SetRowCount(static_cast<int>(
+                    std::clamp<std::size_t>(rows, static_cast<std::size_t>(needed),
+                                            static_cast<std::size_t>(limits.maxRecords))));
             }
             // Comment lines before the first data record (or before the column names) are
             // reported with it, once.
