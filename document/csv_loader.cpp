@@ -16,6 +16,11 @@
 #include <memory>
 #include <thread>
 
+#if defined(__linux__)
+#include <sys/mman.h>
+#include <unistd.h>
+#endif
+
 namespace quirnel {
 
 namespace {
@@ -51,6 +56,26 @@ int Length(std::size_t size)
 std::string Plural(std::size_t count)
 {
     return count == 1 ? "" : "s";
+}
+
+/// Gives the whole pages of [data + from, data + to) back to the system once a stretch of
+/// `kReleaseBytes` has been passed: they read as zeros afterwards. Returns where the next
+/// release starts.
+std::size_t ReleaseMemory(char* data, std::size_t from, std::size_t to)
+{
+    constexpr std::size_t kReleaseBytes = 32 << 20;
+    if (to < from + kReleaseBytes)
+        return from;
+#if defined(__linux__)
+    const auto page = static_cast<std::uintptr_t>(::sysconf(_SC_PAGESIZE));
+    const auto begin = (reinterpret_cast<std::uintptr_t>(data + from) + page - 1) & ~(page - 1);
+    const auto end = reinterpret_cast<std::uintptr_t>(data + to) & ~(page - 1);
+    if (end > begin)
+        ::madvise(reinterpret_cast<void*>(begin), end - begin, MADV_DONTNEED);
+#else
+    (void)data;
+#endif
+    return to;
 }
 
 /// Fails the load with a message unless the request is quiet.
@@ -448,6 +473,7 @@ bool LoadCsvFile(TableDocument& document, FileFormat& format, const std::string&
             return cancelled();
     } else {
         std::string_view record;
+        std::size_t released = 0;
         while (reader.ReadRecordRaw(record, raw, flags, separators, commentSink)) {
             // Row indices are ints: a record past the last row a table can hold is refused
             // rather than dropped.
@@ -502,8 +528,15 @@ bool LoadCsvFile(TableDocument& document, FileFormat& format, const std::string&
             }
             if (!unicode)
                 table.SetRowText8Borrowed(recordNumber, cells.data(), stored, handle);
-            if (recordNumber % kProgressInterval == 0 && !progress(reader.Position()))
-                return cancelled();
+            if (recordNumber % kProgressInterval == 0) {
+                if (!progress(reader.Position()))
+                    return cancelled();
+                // Converted cells live in the table's own memory: the text read so far is
+                // not needed any more, and giving it back keeps the file and its UTF-16 copy
+                // from being held whole at once.
+                if (unicode)
+                    released = ReleaseMemory(buffer->data(), released, offset + reader.Position());
+            }
             ++recordNumber;
         }
     }
