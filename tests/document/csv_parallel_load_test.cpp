@@ -159,6 +159,17 @@ TEST_F(ParallelLoadTest, TruncatedAndDamagedFiles)
     ExpectSameWhateverThePieces(noise, format);
 }
 
+TEST_F(ParallelLoadTest, CellsTooLongToPointIntoTheFileAreCopied)
+{
+    // Cells longer than a packed cell can address are held as copies, whole.
+    const std::string longText(300000, 'w');
+    const std::string bytes = "a,b\n1," + longText + "\n\"" + longText + "\"\"x\",2\n3,4\n";
+    const std::string single = LoadWith(bytes, FileFormat(), 1, 0);
+    EXPECT_EQ(single, LoadWith(bytes, FileFormat(), 2, 4096));
+    EXPECT_EQ(longText, m_document.CellText8(0, 2));
+    EXPECT_EQ(longText + "\"x", m_document.CellText8(1, 1));
+}
+
 TEST_F(ParallelLoadTest, RowLimitAndCancelStopTheWorkers)
 {
     std::string bytes = "a,b\n";
