@@ -590,22 +590,30 @@ void TableControl::SortRows()
 
     std::vector<FastKey> fast(count);
     std::vector<std::uint8_t> nulSeen(static_cast<std::size_t>(threads), 0);
+    // Whether every primary text fits in the first window, per thread.
+    std::vector<std::uint8_t> shortSeen(static_cast<std::size_t>(threads), 1);
+    const std::size_t firstWindow = wideUnits ? 4 : 8;
     InParallel(threads, count, [&](int part, std::size_t from, std::size_t to) {
         std::deque<std::string> made;
         bool nul = false;
+        bool allShort = true;
         for (std::size_t r = from; r < to; ++r) {
             fast[r].index = static_cast<std::uint32_t>(r);
             if (comparator.textPrimary) {
-                fast[r].key =
-                    TextPrefix(primaryText(r, made), comparator.foldCase, wideUnits, 0, &nul);
+                const TextRef text = primaryText(r, made);
+                allShort = allShort && text.length <= firstWindow;
+                fast[r].key = TextPrefix(text, comparator.foldCase, wideUnits, 0, &nul);
             } else {
                 fast[r].key = NumberKey(primaryNumber(r, made));
             }
             made.clear();
         }
         nulSeen[static_cast<std::size_t>(part)] = nul;
+        shortSeen[static_cast<std::size_t>(part)] = allShort;
     });
     const bool anyNul = std::find(nulSeen.begin(), nulSeen.end(), 1) != nulSeen.end();
+    const bool allShort = comparator.textPrimary &&
+                          std::find(shortSeen.begin(), shortSeen.end(), 0) == shortSeen.end();
 
     // First by the fast key alone (then storage index), which touches only this small array.
     // Where fast keys tie, each run is ordered further: texts by their next units, window by
@@ -627,21 +635,23 @@ void TableControl::SortRows()
         std::size_t start;
         std::size_t end;
         std::size_t window;
+        /// The texts of the run were whole in the windows that made it: they are equal.
+        bool complete;
     };
     auto pushRuns = [&](std::vector<Run>& work, std::size_t start, std::size_t end,
-                        std::size_t window) {
+                        std::size_t window, bool complete) {
         for (std::size_t i = start; i < end;) {
             std::size_t j = i + 1;
             while (j < end && fast[j].key == fast[i].key)
                 ++j;
             if (j - i > 1)
-                work.push_back(Run{i, j, window});
+                work.push_back(Run{i, j, window, complete});
             i = j;
         }
     };
     std::vector<Run> runs;
     if (!indexDecidesTies)
-        pushRuns(runs, 0, count, 1);
+        pushRuns(runs, 0, count, 1, allShort);
     const std::size_t windowUnits = wideUnits ? 4 : 8;
     // Orders a run by the whole comparison (`tie`: the primary keys are known to be equal).
     auto sortRecords = [&](Run run, bool tie, std::deque<std::string>& made) {
@@ -685,8 +695,13 @@ void TableControl::SortRows()
                 sortRecords(run, comparator.textPrimary ? false : true, made);
                 continue;
             }
+            if (run.complete) {
+                sortRecords(run, true, made);
+                continue;
+            }
             const std::size_t from = run.window * windowUnits;
             bool exhausted = true;
+            bool fits = true;
             for (auto it = first; it != last; ++it) {
                 if (last - it > static_cast<std::ptrdiff_t>(kCellsAhead))
                     prefetchCell(c, it[kCellsAhead].index);
@@ -694,6 +709,7 @@ void TableControl::SortRows()
                     prefetchText(c, it[kTextsAhead].index);
                 const TextRef text = primaryText(it->index, made);
                 exhausted = exhausted && text.length <= from;
+                fits = fits && text.length <= from + windowUnits;
                 it->key = TextPrefix(text, comparator.foldCase, wideUnits, from, &nul);
             }
             made.clear();
@@ -703,7 +719,7 @@ void TableControl::SortRows()
                 sortRecords(run, true, made);
             } else {
                 std::sort(first, last, byKey);
-                pushRuns(work, run.start, run.end, run.window + 1);
+                pushRuns(work, run.start, run.end, run.window + 1, fits);
             }
         }
     };
