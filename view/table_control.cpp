@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <numeric>
 #include <random>
+#include <thread>
 
 namespace quirnel {
 
@@ -472,6 +473,21 @@ void TableControl::InsertRowsAt(int at, int count, int displayPosition)
     const std::size_t oldCount = static_cast<std::size_t>(m_rowCount);
     const std::size_t newCount = oldCount + static_cast<std::size_t>(count);
     const auto at_ = static_cast<std::size_t>(at);
+    // A loader growing a big table ahead touches hundreds of megabytes of new memory, which
+    // the system zeroes page by page: the columns are grown on two threads at once.
+    constexpr std::size_t kParallelGrowthCells = 1 << 24;
+    if (at_ == oldCount && s.cells.size() >= 2 &&
+        (newCount - oldCount) * s.cells.size() >= kParallelGrowthCells &&
+        std::thread::hardware_concurrency() > 1) {
+        const std::size_t half = s.cells.size() / 2;
+        std::thread helper([&] {
+            for (std::size_t c = half; c < s.cells.size(); ++c)
+                ResizeExactly(s.cells[c], newCount, std::uint64_t{0});
+        });
+        for (std::size_t c = 0; c < half; ++c)
+            ResizeExactly(s.cells[c], newCount, std::uint64_t{0});
+        helper.join();
+    }
     for (std::vector<std::uint64_t>& column : s.cells) {
         if (at_ == oldCount) {
             ResizeExactly(column, newCount, std::uint64_t{0});
