@@ -532,6 +532,10 @@ int main(int argc, char** argv)
     start = std::chrono::steady_clock::now();
     table.SetSort(text, true);
     std::printf("sort_text_s %.3f s\n", SecondsSince(start));
+
+    // The whole process so far: the load, the save and both sorts of one loaded copy. The
+    // figures below each load a copy of their own, one at a time.
+    std::printf("peak_rss_mb %.1f MB\n", PeakResidentMb());
     // Only one loaded copy of the file at a time.
     document.Release();
 

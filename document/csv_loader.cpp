@@ -1,5 +1,6 @@
 #include "document/csv_loader.h"
 
+#include "document/csv_parallel_reader.h"
 #include "document/csv_record_reader.h"
 #include "document/file_system.h"
 #include "document/table_document.h"
@@ -13,6 +14,12 @@
 #include <cstring>
 #include <map>
 #include <memory>
+#include <thread>
+
+#if defined(__linux__)
+#include <sys/mman.h>
+#include <unistd.h>
+#endif
 
 namespace quirnel {
 
@@ -25,6 +32,14 @@ constexpr std::uint32_t kUtf32BigEndian = 12001;
 
 /// Records between two progress updates (and cancellation checks).
 constexpr int kProgressInterval = 1024;
+
+/// What one thread reads at a time: big enough that handing pieces over costs nothing, small
+/// enough that the pieces waiting to be stored stay in the caches.
+constexpr std::size_t kPieceBytes = 1 << 20;
+/// Pieces read before the parallel load grows the table for the whole file.
+constexpr std::size_t kEstimatePieces = 8;
+/// At most this many reading threads, however many processors there are.
+constexpr int kMaxThreads = 8;
 
 bool IsUnicodeCodePage(std::uint32_t codePage)
 {
@@ -41,6 +56,26 @@ int Length(std::size_t size)
 std::string Plural(std::size_t count)
 {
     return count == 1 ? "" : "s";
+}
+
+/// Gives the whole pages of [data + from, data + to) back to the system once a stretch of
+/// `kReleaseBytes` has been passed: they read as zeros afterwards. Returns where the next
+/// release starts.
+std::size_t ReleaseMemory(char* data, std::size_t from, std::size_t to)
+{
+    constexpr std::size_t kReleaseBytes = 32 << 20;
+    if (to < from + kReleaseBytes)
+        return from;
+#if defined(__linux__)
+    const auto page = static_cast<std::uintptr_t>(::sysconf(_SC_PAGESIZE));
+    const auto begin = (reinterpret_cast<std::uintptr_t>(data + from) + page - 1) & ~(page - 1);
+    const auto end = reinterpret_cast<std::uintptr_t>(data + to) & ~(page - 1);
+    if (end > begin)
+        ::madvise(reinterpret_cast<void*>(begin), end - begin, MADV_DONTNEED);
+#else
+    (void)data;
+#endif
+    return to;
 }
 
 /// Fails the load with a message unless the request is quiet.
@@ -170,7 +205,7 @@ std::string DetectNewline(std::string_view data)
 }
 
 bool LoadCsvFile(TableDocument& document, FileFormat& format, const std::string& title,
-                 const LoadLimits& limits)
+                 const LoadLimits& limits, const LoadThreads& threads)
 {
     if (!document.QueryRelease())
         return false;
@@ -287,99 +322,223 @@ bool LoadCsvFile(TableDocument& document, FileFormat& format, const std::string&
     std::vector<std::string_view> cells;
     const char separator = format.separator;
     const std::string_view separators(&separator, 1);
-    std::string_view record;
     int recordNumber = 0;
-    while (reader.ReadRecordRaw(record, raw, flags, separators, commentSink)) {
-        // Row indices are ints: a record past the last row a table can hold is refused
-        // rather than dropped.
-        if (recordNumber == limits.maxRecords) {
-            ui.EndProgress();
-            document.Release();
-            return Fail(document, format, title,
-                        "Failed to load the CSV file.\r\n\r\nThe file has more than " +
-                            std::to_string(limits.maxRecords) +
-                            " rows, the most that a table can hold.");
-        }
-        if (!comments.empty()) {
-            document.AddWarning("Comments were detected.  They will be lost if you save the file.",
-                                -1);
-            comments.clear();
-        }
-        if (table.RowCount() <= recordNumber) {
-            const std::size_t bytesRead = reader.Position();
-            const std::size_t perRecord =
-                std::max<std::size_t>(1, bytesRead / static_cast<std::size_t>(recordNumber + 1));
-            std::size_t estimate = (size - bytesRead) / perRecord;
-            if (recordNumber == 0)
-                estimate /= 4;
-            // Every growth copies every column, so an estimate just short of the end must not
-            // be followed by many small ones: a little extra room, and at least an eighth more
-            // rows each time. The end trims what is left over.
-            else
-                estimate = std::max(estimate + estimate / 16 + 16,
-                                    static_cast<std::size_t>(recordNumber) / 8);
-            // At least two rows; never past the most a table can hold.
-            const auto room = static_cast<std::size_t>(limits.maxRecords - recordNumber);
-            estimate = std::clamp<std::size_t>(estimate, std::min<std::size_t>(2, room), room);
-            table.SetRowCount(recordNumber + static_cast<int>(estimate));
-        }
-        const std::size_t fields = raw.size();
-        if (fields < columns && document.WarnTooFew())
-            document.AddWarning("Row " + std::to_string(recordNumber + 1) + " only contains " +
-                                    std::to_string(fields) + " column" + Plural(raw.size()) + ".",
-                                recordNumber);
-        if (fields > columns) {
-            std::string extra;
-            for (std::size_t i = columns; i < fields; ++i) {
-                if (i > columns)
-                    extra += ", ";
-                extra += decoder.ForMessage(CsvRecordReader::UnquoteField(raw[i], flags));
-            }
-            const std::size_t extraCount = fields - columns;
-            document.AddWarning("Row " + std::to_string(recordNumber + 1) + " has " +
-                                    std::to_string(extraCount) + " extra column" +
-                                    Plural(extraCount) + ": ",
-                                recordNumber, std::move(extra));
-        }
-        const int stored = static_cast<int>(std::min(fields, columns));
-        cells.resize(static_cast<std::size_t>(stored));
-        for (int i = 0; i < stored; ++i) {
-            // The field is cleaned where it lies: cleaning only ever shortens the text, and the
-            // reader has already passed it.
-            char* text = base + (raw[i].data() - whole.data() - offset);
-            const std::string_view cell =
-                CsvRecordReader::UnquoteInPlace(text, raw[i].size(), flags);
-            int length = 0;
-            if (unicode) {
-                if (cell.empty())
-                    continue;
-                if (decoder.WidensAsIs(cell)) {
-                    // Widened straight into the table's own memory.
-                    if (char16_t* units = table.NewCellText16(recordNumber, i + 1, cell.size()))
-                        WidenBytes(cell.data(), cell.size(), units);
-                    length = Length(cell.size());
-                } else {
-                    const std::u16string_view wide = decoder.Wide(cell);
-                    table.SetCellText16(recordNumber, i + 1, wide);
-                    length = Length(wide.size());
+
+    auto tooManyRecords = [&] {
+        ui.EndProgress();
+        document.Release();
+        return Fail(document, format, title,
+                    "Failed to load the CSV file.\r\n\r\nThe file has more than " +
+                        std::to_string(limits.maxRecords) +
+                        " rows, the most that a table can hold.");
+    };
+    auto cancelled = [&] {
+        ui.EndProgress();
+        document.Release();
+        return false;
+    };
+    auto progress = [&](std::size_t position) {
+        return ui.UpdateProgress(static_cast<double>(position) /
+                                 static_cast<double>(std::max<std::size_t>(size, 1)));
+    };
+    // Rows for `record` and, by the bytes read so far, for the records still to come.
+    auto growRows = [&](int record, std::size_t bytesRead) {
+        const std::size_t perRecord =
+            std::max<std::size_t>(1, bytesRead / static_cast<std::size_t>(record + 1));
+        std::size_t estimate = (size - std::min(bytesRead, size)) / perRecord;
+        if (record == 0)
+            estimate /= 4;
+        // Every growth copies every column, so an estimate just short of the end must not
+        // be followed by many small ones: a little extra room, and at least an eighth more
+        // rows each time. The end trims what is left over.
+        else
+            estimate =
+                std::max(estimate + estimate / 16 + 16, static_cast<std::size_t>(record) / 8);
+        // At least two rows; never past the most a table can hold.
+        const auto room = static_cast<std::size_t>(limits.maxRecords - record);
+        estimate = std::clamp<std::size_t>(estimate, std::min<std::size_t>(2, room), room);
+        table.SetRowCount(record + static_cast<int>(estimate));
+    };
+    auto tooFew = [&](int record, std::size_t fields) {
+        document.AddWarning("Row " + std::to_string(record + 1) + " only contains " +
+                                std::to_string(fields) + " column" + Plural(fields) + ".",
+                            record);
+    };
+    auto tooMany = [&](int record, std::size_t fields, std::string extra) {
+        const std::size_t extraCount = fields - columns;
+        document.AddWarning("Row " + std::to_string(record + 1) + " has " +
+                                std::to_string(extraCount) + " extra column" + Plural(extraCount) +
+                                ": ",
+                            record, std::move(extra));
+    };
+    const char* const commentsWarning =
+        "Comments were detected.  They will be lost if you save the file.";
+
+    const int threadCount =
+        threads.threads > 0
+            ? threads.threads
+            : std::clamp(static_cast<int>(std::thread::hardware_concurrency()), 1, kMaxThreads);
+    // Converted text goes through the one converter and the table's arena: read on this
+    // thread.
+    const std::size_t pieceBytes = threads.pieceBytes > 0 ? threads.pieceBytes : kPieceBytes;
+    const std::size_t dataStart = reader.Position();
+    if (!unicode && threadCount > 1 && size - dataStart >= 2 * pieceBytes) {
+        ParallelReadSetup setup;
+        setup.data = whole.substr(offset);
+        setup.start = dataStart;
+        setup.flags = flags;
+        setup.separator = separator;
+        setup.columns = columns;
+        setup.buffer = handle;
+        setup.bufferBase = buffer->data();
+        setup.threads = threadCount;
+        setup.pieceBytes = pieceBytes;
+        ParallelRecordReader pieces(setup);
+        bool commentsPending = !comments.empty();
+        std::vector<const std::uint64_t*> packed;
+        bool stopped = false;
+        const auto poll = [&] {
+            stopped = !progress(pieces.Position());
+            return !stopped;
+        };
+        while (const ParsedPiece* piece = pieces.Next(poll)) {
+            if (piece->records > static_cast<std::size_t>(limits.maxRecords - recordNumber))
+                return tooManyRecords();
+            const int needed = recordNumber + static_cast<int>(piece->records);
+            if (table.RowCount() < needed) {
+                // Rows are grown once by an estimate from the first pieces, with a small
+                // margin: the rows of a big file are its largest part after its text, and
+                // room grown ahead is memory held. Early growths copy little.
+                std::size_t rows = static_cast<std::size_t>(needed) * 2;
+                if (piece->end - dataStart >= kEstimatePieces * pieceBytes) {
+                    const std::size_t perRecord =
+                        std::max<std::size_t>(1, piece->end / static_cast<std::size_t>(needed));
+                    const std::size_t estimate = (size - std::min(piece->end, size)) / perRecord;
+                    rows = static_cast<std::size_t>(needed) + estimate + estimate / 64 + 64;
                 }
-            } else {
-                cells[static_cast<std::size_t>(i)] = cell;
-                length = Length(cell.size());
+                table.SetRowCount(static_cast<int>(
+                    std::clamp<std::size_t>(rows, static_cast<std::size_t>(needed),
+                                            static_cast<std::size_t>(limits.maxRecords))));
             }
-            if (length > longest[i + 1])
-                longest[i + 1] = length;
+            // Comment lines before the first data record (or before the column names) are
+            // reported with it, once.
+            bool reportedFirst = false;
+            if (commentsPending && piece->records != 0) {
+                document.AddWarning(commentsWarning, -1);
+                commentsPending = false;
+                reportedFirst = true;
+            }
+            for (const ParsedRecordNote& note : piece->notes) {
+                const int record = recordNumber + static_cast<int>(note.record);
+                if (note.commentsBefore && !(reportedFirst && note.record == 0))
+                    document.AddWarning(commentsWarning, -1);
+                if (note.fields < columns && document.WarnTooFew())
+                    tooFew(record, note.fields);
+                if (note.fields > columns)
+                    tooMany(record, note.fields, note.extra);
+            }
+            if (piece->records != 0) {
+                packed.clear();
+                for (const std::vector<std::uint64_t>& column : piece->packed)
+                    packed.push_back(column.data());
+                table.SetRowsPacked(recordNumber, static_cast<int>(piece->records), packed);
+                for (const ParsedPiece::Loose& cell : piece->loose) {
+                    const int row = recordNumber + static_cast<int>(cell.record);
+                    const int column = static_cast<int>(cell.column);
+                    const auto at = static_cast<std::size_t>(cell.text.data() - whole.data());
+                    if (!cell.raw) {
+                        table.SetCellText8(row, column, cell.text);
+                    } else if (at - offset + cell.text.size() <= piece->bound) {
+                        // Cleaned where it lies, as on one thread: no worker reads there now.
+                        table.SetCellText8Borrowed(
+                            row, column,
+                            CsvRecordReader::UnquoteInPlace(buffer->data() + at, cell.text.size(),
+                                                            flags),
+                            handle);
+                    } else {
+                        table.SetCellText8(row, column,
+                                           CsvRecordReader::UnquoteField(cell.text, flags));
+                    }
+                }
+            }
+            recordNumber += static_cast<int>(piece->records);
+            for (std::size_t c = 1; c <= columns; ++c)
+                longest[c] = std::max(longest[c], piece->longest[c]);
+            const std::size_t reached = piece->end;
+            pieces.Done();
+            if (!progress(reached))
+                return cancelled();
         }
-        if (!unicode)
-            table.SetRowText8Borrowed(recordNumber, cells.data(), stored, handle);
-        if (recordNumber % kProgressInterval == 0 &&
-            !ui.UpdateProgress(static_cast<double>(reader.Position()) /
-                               static_cast<double>(std::max<std::size_t>(size, 1)))) {
-            ui.EndProgress();
-            document.Release();
-            return false;
+        if (stopped)
+            return cancelled();
+    } else {
+        std::string_view record;
+        std::size_t released = 0;
+        while (reader.ReadRecordRaw(record, raw, flags, separators, commentSink)) {
+            // Row indices are ints: a record past the last row a table can hold is refused
+            // rather than dropped.
+            if (recordNumber == limits.maxRecords)
+                return tooManyRecords();
+            if (!comments.empty()) {
+                document.AddWarning(commentsWarning, -1);
+                comments.clear();
+            }
+            if (table.RowCount() <= recordNumber)
+                growRows(recordNumber, reader.Position());
+            const std::size_t fields = raw.size();
+            if (fields < columns && document.WarnTooFew())
+                tooFew(recordNumber, fields);
+            if (fields > columns) {
+                std::string extra;
+                for (std::size_t i = columns; i < fields; ++i) {
+                    if (i > columns)
+                        extra += ", ";
+                    extra += decoder.ForMessage(CsvRecordReader::UnquoteField(raw[i], flags));
+                }
+                tooMany(recordNumber, fields, std::move(extra));
+            }
+            const int stored = static_cast<int>(std::min(fields, columns));
+            cells.resize(static_cast<std::size_t>(stored));
+            for (int i = 0; i < stored; ++i) {
+                // The field is cleaned where it lies: cleaning only ever shortens the text, and
+                // the reader has already passed it.
+                char* text = base + (raw[i].data() - whole.data() - offset);
+                const std::string_view cell =
+                    CsvRecordReader::UnquoteInPlace(text, raw[i].size(), flags);
+                int length = 0;
+                if (unicode) {
+                    if (cell.empty())
+                        continue;
+                    if (decoder.WidensAsIs(cell)) {
+                        // Widened straight into the table's own memory.
+                        if (char16_t* units = table.NewCellText16(recordNumber, i + 1, cell.size()))
+                            WidenBytes(cell.data(), cell.size(), units);
+                        length = Length(cell.size());
+                    } else {
+                        const std::u16string_view wide = decoder.Wide(cell);
+                        table.SetCellText16(recordNumber, i + 1, wide);
+                        length = Length(wide.size());
+                    }
+                } else {
+                    cells[static_cast<std::size_t>(i)] = cell;
+                    length = Length(cell.size());
+                }
+                if (length > longest[i + 1])
+                    longest[i + 1] = length;
+            }
+            if (!unicode)
+                table.SetRowText8Borrowed(recordNumber, cells.data(), stored, handle);
+            if (recordNumber % kProgressInterval == 0) {
+                if (!progress(reader.Position()))
+                    return cancelled();
+                // Converted cells live in the table's own memory: the text read so far is
+                // not needed any more, and giving it back keeps the file and its UTF-16 copy
+                // from being held whole at once.
+                if (unicode)
+                    released = ReleaseMemory(buffer->data(), released, offset + reader.Position());
+            }
+            ++recordNumber;
         }
-        ++recordNumber;
     }
     table.SetRowCount(recordNumber);
 

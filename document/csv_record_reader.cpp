@@ -492,6 +492,35 @@ void BasicCsvRecordReader<Char>::SplitRecord(View record, std::vector<Text>& fie
 }
 
 template <typename Char>
+bool BasicCsvRecordReader<Char>::CleanWithoutRewrite(View field, unsigned flags, View& cleaned)
+{
+    const Char* first = field.data();
+    const Char* last = first + field.size();
+    if constexpr (sizeof(Char) == 1) {
+        if (!(flags & CSV_BACKSLASH_ESCAPE) && first != last && !IsTrimmed(*first) &&
+            *first != '"' && !IsTrimmed(last[-1]) && !HasQuoteMark(first, field.size())) {
+            cleaned = field;
+            return true;
+        }
+    }
+    // The same steps as UnquoteInPlace up to its first rewrite.
+    while (first != last && IsTrimmed(*first))
+        ++first;
+    while (last != first && IsTrimmed(last[-1]))
+        --last;
+    if (last - first >= 2 && *first == Char('"') && last[-1] == Char('"')) {
+        ++first;
+        --last;
+    }
+    const bool escapes = flags & CSV_BACKSLASH_ESCAPE;
+    for (const Char* in = first; in != last; ++in)
+        if (*in == Char('"') || (escapes && *in == Char('\\')))
+            return false;
+    cleaned = View(first, static_cast<std::size_t>(last - first));
+    return true;
+}
+
+template <typename Char>
 typename BasicCsvRecordReader<Char>::View
 BasicCsvRecordReader<Char>::UnquoteInPlace(Char* text, std::size_t length, unsigned flags)
 {

@@ -71,6 +71,11 @@ public:
     /// cleaned text as a view into [text, text + length).
     static View UnquoteInPlace(Char* text, std::size_t length, unsigned flags);
 
+    /// The cleaned field as a view inside `field` when cleaning it only trims and removes the
+    /// surrounding quotes; false when quote marks or escapes inside it must be rewritten, which
+    /// UnquoteInPlace does on a copy. Never writes, so threads may share the text.
+    static bool CleanWithoutRewrite(View field, unsigned flags, View& cleaned);
+
     /// ',' '\t' ';' or '|' by the counts outside quotes in the record; ties go in that order.
     static Char DetectSeparator(View record, unsigned flags);
 

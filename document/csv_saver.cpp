@@ -7,8 +7,12 @@
 #include "ostrand/codepage/code_page.h"
 #include "ostrand/core/user_interface.h"
 
+#include <algorithm>
+#include <condition_variable>
 #include <cstring>
 #include <memory>
+#include <mutex>
+#include <thread>
 #include <vector>
 
 namespace quirnel {
@@ -179,9 +183,109 @@ private:
     bool m_asciiEncodes = false;
 };
 
+/// Rows from this many up are built on every processor.
+constexpr int kParallelSaveRows = 100000;
+constexpr int kBlockRows = 8192;
+
+/// A byte buffer that grows without clearing what it adds.
+class ByteBlock
+{
+public:
+    char* Room(std::size_t size)
+    {
+        if (m_capacity - m_used < size) {
+            const std::size_t capacity = std::max(m_capacity * 2, m_used + size);
+            std::unique_ptr<char[]> bigger(new char[capacity]);
+            if (m_used)
+                std::memcpy(bigger.get(), m_bytes.get(), m_used);
+            m_bytes = std::move(bigger);
+            m_capacity = capacity;
+        }
+        return m_bytes.get() + m_used;
+    }
+    void Commit(const char* end) { m_used = static_cast<std::size_t>(end - m_bytes.get()); }
+    void Clear() { m_used = 0; }
+    std::string_view Bytes() const { return {m_bytes.get(), m_used}; }
+
+private:
+    std::unique_ptr<char[]> m_bytes;
+    std::size_t m_capacity = 0;
+    std::size_t m_used = 0;
+};
+
+/// Writes the rows of an 8-bit table in order, their records built in blocks of rows by
+/// `threads` threads while this one hands the finished blocks to the sink. False when a write
+/// failed.
+bool WriteRowsInParallel(const TableControl& table, RecordSink& sink, int threads, int blockRows,
+                         unsigned flags, unsigned firstRowFlags, char separator,
+                         const std::string& newline)
+{
+    const int rows = table.RowCount();
+    const auto cellCount = static_cast<std::size_t>(table.ColumnCount() - 1);
+    const int blocks = (rows + blockRows - 1) / blockRows;
+    // A few blocks ahead per thread; more would only hold memory.
+    const int window = 2 * threads + 2;
+    std::vector<ByteBlock> slots(static_cast<std::size_t>(window));
+    std::vector<int> filled(static_cast<std::size_t>(window), -1);
+    std::mutex mutex;
+    std::condition_variable workerWake;
+    std::condition_variable mainWake;
+    int next = 0;
+    int written = 0;
+    auto work = [&] {
+        std::vector<std::string_view> cells(cellCount);
+        for (;;) {
+            int block = 0;
+            {
+                std::unique_lock<std::mutex> lock(mutex);
+                if (next >= blocks)
+                    return;
+                block = next++;
+                workerWake.wait(lock, [&] { return block < written + window; });
+            }
+            ByteBlock& bytes = slots[static_cast<std::size_t>(block % window)];
+            bytes.Clear();
+            const int last = std::min(rows, (block + 1) * blockRows);
+            for (int row = block * blockRows; row < last; ++row) {
+                table.RowText8(row, cells.data());
+                const std::size_t bound = RecordBound(cells.data(), cellCount, newline);
+                bytes.Commit(PutRecord(bytes.Room(bound), row == 0 ? firstRowFlags : flags,
+                                       cells.data(), cellCount, separator, newline));
+            }
+            {
+                std::lock_guard<std::mutex> lock(mutex);
+                filled[static_cast<std::size_t>(block % window)] = block;
+            }
+            mainWake.notify_one();
+        }
+    };
+    std::vector<std::thread> workers;
+    for (int i = 0; i < threads; ++i)
+        workers.emplace_back(work);
+    bool ok = true;
+    for (int block = 0; block < blocks; ++block) {
+        const auto slot = static_cast<std::size_t>(block % window);
+        {
+            std::unique_lock<std::mutex> lock(mutex);
+            mainWake.wait(lock, [&] { return filled[slot] == block; });
+        }
+        ok = sink.Write(slots[slot].Bytes()) && ok;
+        {
+            std::lock_guard<std::mutex> lock(mutex);
+            filled[slot] = -1;
+            ++written;
+        }
+        workerWake.notify_all();
+    }
+    for (std::thread& worker : workers)
+        worker.join();
+    return ok;
+}
+
 } // namespace
 
-bool SaveCsvFile(TableDocument& document, const std::string& path, const std::string& title)
+bool SaveCsvFile(TableDocument& document, const std::string& path, const std::string& title,
+                 const SaveThreads& threads)
 {
     document.Hooks().CommitCellEdit();
     ost::UserInterface& ui = document.Ui();
@@ -259,7 +363,20 @@ bool SaveCsvFile(TableDocument& document, const std::string& path, const std::st
     // Rows go out in file order. Sorting and filtering only change how rows are shown; writing
     // the shown order would reorder the user's file and push filtered-out rows to its end.
     const int rows = table.RowCount();
-    if (!unicode && columns > 1) {
+    const int threadCount =
+        threads.threads > 0 ? threads.threads
+        : rows < kParallelSaveRows
+            ? 1
+            : std::clamp(static_cast<int>(std::thread::hardware_concurrency()), 1, 8);
+    if (!unicode && columns > 1 && threadCount > 1 && rows > 0) {
+        std::vector<std::string_view> first(static_cast<std::size_t>(columns - 1));
+        table.RowText8(0, first.data());
+        const unsigned firstRowFlags = recordFlags(first.data(), first.size());
+        ok = WriteRowsInParallel(table, sink, threadCount,
+                                 threads.blockRows > 0 ? threads.blockRows : kBlockRows, flags,
+                                 firstRowFlags, separator, newline) &&
+             ok;
+    } else if (!unicode && columns > 1) {
         // Each record is put straight into the sink's buffer; only one too large for it goes
         // through WriteRecord.
         std::vector<std::string_view> cells(static_cast<std::size_t>(columns - 1));

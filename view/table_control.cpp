@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <numeric>
 #include <random>
+#include <thread>
 
 namespace quirnel {
 
@@ -472,6 +473,21 @@ void TableControl::InsertRowsAt(int at, int count, int displayPosition)
     const std::size_t oldCount = static_cast<std::size_t>(m_rowCount);
     const std::size_t newCount = oldCount + static_cast<std::size_t>(count);
     const auto at_ = static_cast<std::size_t>(at);
+    // A loader growing a big table ahead touches hundreds of megabytes of new memory, which
+    // the system zeroes page by page: the columns are grown on two threads at once.
+    constexpr std::size_t kParallelGrowthCells = 1 << 24;
+    if (at_ == oldCount && s.cells.size() >= 2 &&
+        (newCount - oldCount) * s.cells.size() >= kParallelGrowthCells &&
+        std::thread::hardware_concurrency() > 1) {
+        const std::size_t half = s.cells.size() / 2;
+        std::thread helper([&] {
+            for (std::size_t c = half; c < s.cells.size(); ++c)
+                ResizeExactly(s.cells[c], newCount, std::uint64_t{0});
+        });
+        for (std::size_t c = 0; c < half; ++c)
+            ResizeExactly(s.cells[c], newCount, std::uint64_t{0});
+        helper.join();
+    }
     for (std::vector<std::uint64_t>& column : s.cells) {
         if (at_ == oldCount) {
             ResizeExactly(column, newCount, std::uint64_t{0});
@@ -1141,6 +1157,36 @@ void TableControl::SetRowText8Borrowed(int row, const std::string_view* texts, i
         }
         std::uint64_t& ref = s.cells[i][index];
         ref = (ref & kCheckedBit) | textRef;
+    }
+}
+
+std::uint64_t TableControl::PackBorrowed(TextBufferHandle handle, const char* base,
+                                         std::string_view text)
+{
+    if (text.empty())
+        return 0;
+    // As addresses: text before `base` wraps round to an offset too large to pack.
+    const std::uint64_t offset =
+        reinterpret_cast<std::uintptr_t>(text.data()) - reinterpret_cast<std::uintptr_t>(base);
+    if (handle <= 0 || static_cast<std::uint32_t>(handle) > kLastTextChunk ||
+        text.size() > kLengthMask || offset > kOffsetMask)
+        return kUnpackedCell;
+    return MakeRef(false, static_cast<std::uint32_t>(handle), offset, text.size());
+}
+
+void TableControl::SetRowsPacked(int first, int count, std::span<const std::uint64_t* const> packed)
+{
+    if (first < 0 || count <= 0 || count > m_rowCount - first)
+        return;
+    Storage& s = *m_store;
+    const std::size_t columns = std::min(packed.size(), s.cells.size());
+    for (std::size_t c = 0; c < columns; ++c) {
+        std::uint64_t* out = s.cells[c].data() + first;
+        const std::uint64_t* in = packed[c];
+        for (int i = 0; i < count; ++i) {
+            const std::uint64_t cell = in[i] == kUnpackedCell ? 0 : in[i];
+            out[i] = (out[i] & kCheckedBit) | cell;
+        }
     }
 }
 

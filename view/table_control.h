@@ -7,6 +7,7 @@
 // major, one array per data column) into immutable text chunks. Chunks are either buffers the
 // loader adopted whole (no copy per cell) or append-only arenas for edited and converted text.
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -257,6 +258,9 @@ public:
 /// Identifies a text buffer adopted by the control.
 using TextBufferHandle = int;
 
+/// A packed cell that TableControl::PackBorrowed could not make.
+inline constexpr std::uint64_t kUnpackedCell = ~0ull;
+
 /// The view's geometry, which statistics and "keep the focus row in view" need.
 struct ViewGeometry
 {
@@ -433,6 +437,17 @@ public:
     /// i < count (and below ColumnCount() - 1). For loaders that fill millions of cells.
     void SetRowText8Borrowed(int row, const std::string_view* texts, int count,
                              TextBufferHandle handle);
+    /// A cell for SetRowsPacked: 8-bit `text` lying in the adopted buffer `handle`, whose
+    /// first byte is `base`, packed as the control holds it. Empty text packs as 0; text that
+    /// cannot be packed so (too long, or too far into the buffer) as kUnpackedCell, for the
+    /// caller to set with SetCellText8. Needs no access to the control: loaders pack cells on
+    /// threads of their own.
+    static std::uint64_t PackBorrowed(TextBufferHandle handle, const char* base,
+                                      std::string_view text);
+    /// Sets the data cells of the existing rows first .. first + count - 1 at once: column c
+    /// (from 1) takes packed[c - 1][0 .. count - 1], cells made by PackBorrowed for the adopted
+    /// buffer they point into. Cells packed as kUnpackedCell are left empty.
+    void SetRowsPacked(int first, int count, std::span<const std::uint64_t* const> packed);
     /// A hint before many SetCellText16 calls (e.g. a converted file): arena room in UTF-16 units.
     void ReserveTextWide(std::size_t units);
 
@@ -463,6 +478,9 @@ public:
     void Sort();
     /// "Don't sort rows".
     void Unsort();
+    /// Threads a sort shares its work between: 0 (the default) one per processor for big
+    /// tables, else exactly this many. The order is the same whatever the count.
+    void SetSortThreads(int threads) { m_sortThreads = std::max(threads, 0); }
     /// Dates are read day-first when true, month-first otherwise; the regional order at first.
     void SetDayFirst(bool dayFirst) { m_dayFirst = dayFirst; }
     bool DayFirst() const { return m_dayFirst; }
@@ -527,6 +545,7 @@ private:
     /// The ordering of a sort (keys, comparator, hidden and trailing rows, positions).
     void SortRows();
     void KeepFocusInView();
+    int SortThreads(std::size_t rows) const;
     /// `displayPosition` -1: where an unsorted table puts them (storage order).
     void InsertRowsAt(int at, int count, int displayPosition);
     /// Moves rows so that new storage index i holds old row `from[i]`.
@@ -548,6 +567,7 @@ private:
     bool m_orderKept = false;
     int m_previousSort[2] = {-1, -1};
     bool m_dayFirst = true;
+    int m_sortThreads = 0;
     int m_altRows = 0;
     int m_grid = 0;
     bool m_tabThru = false;

@@ -11,6 +11,8 @@
 #include <cstdio>
 #include <cstring>
 #include <deque>
+#include <iterator>
+#include <thread>
 
 namespace quirnel {
 
@@ -335,7 +337,61 @@ void KeySecondary(TableControlSortObject& key, bool foldCase, bool padded, bool 
     key.secondaryExact = total <= words * 8;
 }
 
+/// Tables from this many rows up share a sort between the processors: below it, starting the
+/// threads costs more than they save.
+constexpr std::size_t kParallelSortRows = 100000;
+
+/// Runs body(part, from, to) for `parts` slices of [0, count), one per thread, this thread
+/// taking the first.
+template <class Body> void InParallel(int parts, std::size_t count, Body&& body)
+{
+    if (parts <= 1) {
+        body(0, 0, count);
+        return;
+    }
+    const auto n = static_cast<std::size_t>(parts);
+    std::vector<std::thread> helpers;
+    for (std::size_t p = 1; p < n; ++p)
+        helpers.emplace_back(
+            [&, p] { body(static_cast<int>(p), count * p / n, count * (p + 1) / n); });
+    body(0, 0, count / n);
+    for (std::thread& helper : helpers)
+        helper.join();
+}
+
+/// std::sort on `threads` threads: the range is split around a pivot drawn from a sample and
+/// the parts are sorted at once. The comparison must be a strict total order.
+template <class It, class Compare> void SortInParallel(It first, It last, Compare comp, int threads)
+{
+    const auto n = last - first;
+    if (threads <= 1 || n < 2) {
+        std::sort(first, last, comp);
+        return;
+    }
+    constexpr int kSample = 255;
+    std::vector<typename std::iterator_traits<It>::value_type> sample;
+    sample.reserve(kSample);
+    for (int i = 0; i < kSample; ++i)
+        sample.push_back(first[n * i / kSample]);
+    std::sort(sample.begin(), sample.end(), comp);
+    const auto pivot = sample[kSample / 2];
+    const It middle = std::partition(first, last, [&](const auto& x) { return comp(x, pivot); });
+    const int left = threads / 2;
+    std::thread helper([&] { SortInParallel(first, middle, comp, left); });
+    SortInParallel(middle, last, comp, threads - left);
+    helper.join();
+}
+
 } // namespace
+
+int TableControl::SortThreads(std::size_t rows) const
+{
+    if (m_sortThreads > 0)
+        return m_sortThreads;
+    if (rows < kParallelSortRows)
+        return 1;
+    return std::clamp(static_cast<int>(std::thread::hardware_concurrency()), 1, 8);
+}
 
 void TableControl::SortRows()
 {
@@ -380,12 +436,12 @@ void TableControl::SortRows()
     else
         comparator.secondaryKind = SecondaryKind::Text;
 
-    // Texts made up for two-state and integer cells live here while the sort runs.
-    std::deque<std::string> madeTexts;
+    // Texts made up for integer cells live in the deque of the thread that reads them, for as
+    // long as it needs them.
     static const char kTilde[] = "~";
     static const char kOne[] = "1";
     static const char kZero[] = "0";
-    auto cellText = [&](int row, int col) -> TextRef {
+    auto cellText = [&](int row, int col, std::deque<std::string>& madeTexts) -> TextRef {
         const TableColumn& info = m_columns[static_cast<std::size_t>(col)];
         std::uint64_t ref =
             s.cells[static_cast<std::size_t>(col - 1)][static_cast<std::size_t>(row)];
@@ -424,64 +480,88 @@ void TableControl::SortRows()
         return value.value_or(0.0);
     };
 
-    const std::size_t count = static_cast<std::size_t>(m_rowCount);
-    std::vector<TableControlSortObject> keys(count);
-    bool anyWide = false;
-    for (std::size_t r = 0; r < count; ++r) {
-        TableControlSortObject& key = keys[r];
+    // The primary key of row r, as text (text methods) or as a number.
+    const bool choiceNumbers =
+        column.kind == kColumnChoice && (m == kSortNumeric || m == kSortNumericLow);
+    auto primaryText = [&](std::size_t r, std::deque<std::string>& made) -> TextRef {
+        if (s.flags[r] & kRowHidden)
+            return TextRef{kTilde, 1, false};
+        return cellText(static_cast<int>(r), c, made);
+    };
+    auto primaryNumber = [&](std::size_t r, std::deque<std::string>& made) -> double {
+        const int row = static_cast<int>(r);
+        if (s.flags[r] & kRowHidden)
+            return kHiddenNumber;
+        if (choiceNumbers) {
+            std::int32_t value = CellValue(row, c);
+            if (value == kEmptyChoice)
+                return m == kSortNumeric ? 0.0 : -2147483648.0;
+            return value;
+        }
+        if (m == kSortStoredValue)
+            return CellValue(row, c);
+        TextRef text = cellText(row, c, made);
+        switch (m) {
+        case kSortNumeric:
+            return readNumber(text);
+        case kSortNumericLow:
+            return text.length == 0 ? kBlankLow : readNumber(text);
+        case kSortDateTime: {
+            std::optional<DateTime> date = readDate(text);
+            return date ? static_cast<double>(date->Serial()) : 0.0;
+        }
+        case kSortMemory:
+            return readMemory(text);
+        default:
+            return 0.0;
+        }
+    };
+    // The whole record of row r, for the records whose fast keys tie. Built only for them:
+    // a record per row of a big table would take more memory than the table's cells.
+    // Rows that tie are visited in key order, far apart in memory: their cells and texts are
+    // asked for a few rows ahead, so that the waits for memory overlap.
+    constexpr std::size_t kCellsAhead = 16;
+    constexpr std::size_t kTextsAhead = 8;
+    auto prefetchCell = [&](int col, std::size_t r) {
+        if (col >= 1)
+            __builtin_prefetch(&s.cells[static_cast<std::size_t>(col - 1)][r]);
+    };
+    auto prefetchText = [&](int col, std::size_t r) {
+        if (col < 1)
+            return;
+        const std::uint64_t ref = s.cells[static_cast<std::size_t>(col - 1)][r];
+        const void* text = IsWide(ref) ? static_cast<const void*>(s.pool.View16(ref).data())
+                                       : static_cast<const void*>(s.pool.View8(ref).data());
+        if (text)
+            __builtin_prefetch(text);
+    };
+    auto fillRecord = [&](TableControlSortObject& key, std::size_t r, bool withPrimary,
+                          std::deque<std::string>& made) {
+        key = TableControlSortObject();
         const int row = static_cast<int>(r);
         key.row = row;
         if (s.flags[r] & kRowHidden) {
             key.primaryText = TextRef{kTilde, 1, false};
             key.primaryNumber = kHiddenNumber;
             key.secondaryBlank = true;
-            continue;
+            return;
         }
-        if (column.kind == kColumnChoice && (m == kSortNumeric || m == kSortNumericLow)) {
-            std::int32_t value = CellValue(row, c);
-            if (value == kEmptyChoice)
-                key.primaryNumber = m == kSortNumeric ? 0.0 : -2147483648.0;
-            else
-                key.primaryNumber = value;
-        } else if (m == kSortStoredValue) {
-            key.primaryNumber = CellValue(row, c);
-        } else {
-            TextRef text = cellText(row, c);
-            switch (m) {
-            case kSortNumeric:
-                key.primaryNumber = readNumber(text);
-                break;
-            case kSortNumericLow:
-                key.primaryNumber = text.length == 0 ? kBlankLow : readNumber(text);
-                break;
-            case kSortDateTime: {
-                std::optional<DateTime> date = readDate(text);
-                key.primaryNumber = date ? static_cast<double>(date->Serial()) : 0.0;
-                break;
-            }
-            case kSortMemory:
-                key.primaryNumber = readMemory(text);
-                break;
-            default:
-                key.primaryText = text;
-                anyWide = anyWide || text.wide;
-                break;
-            }
-        }
+        if (comparator.textPrimary && withPrimary)
+            key.primaryText = cellText(row, c, made);
         if (sc < 0)
-            continue;
+            return;
         switch (comparator.secondaryKind) {
         case SecondaryKind::Index:
             break;
         case SecondaryKind::Text:
         case SecondaryKind::Padded:
         case SecondaryKind::PaddedBlank:
-            key.secondaryText = cellText(row, sc);
+            key.secondaryText = cellText(row, sc, made);
             KeySecondary(key, comparator.foldCase, comparator.secondaryKind != SecondaryKind::Text,
                          comparator.secondaryKind == SecondaryKind::PaddedBlank);
             break;
         case SecondaryKind::Date: {
-            std::optional<DateTime> date = readDate(cellText(row, sc));
+            std::optional<DateTime> date = readDate(cellText(row, sc, made));
             key.secondaryNumber =
                 date ? ((((date->year % 100) * 100.0 + date->month) * 100.0 + date->day) * 100.0 +
                         date->hour) *
@@ -491,34 +571,60 @@ void TableControl::SortRows()
             break;
         }
         case SecondaryKind::Bytes:
-            key.secondaryNumber = readMemory(cellText(row, sc));
+            key.secondaryNumber = readMemory(cellText(row, sc, made));
             break;
         }
+    };
+
+    const std::size_t count = static_cast<std::size_t>(m_rowCount);
+    const int threads = SortThreads(count);
+    // Texts are compared in 16-bit units as soon as one of them is UTF-16.
+    bool anyWide = false;
+    if (comparator.textPrimary && column.kind != kColumnCheck && column.kind != kColumnCheckAlt &&
+        column.kind != kColumnChoice) {
+        const std::vector<std::uint64_t>& cells = s.cells[static_cast<std::size_t>(c - 1)];
+        for (std::size_t r = 0; r < count && !anyWide; ++r)
+            anyWide = IsWide(cells[r]) && !(s.flags[r] & kRowHidden);
     }
+    const bool wideUnits = anyWide;
 
     std::vector<FastKey> fast(count);
-    bool nul = false;
-    const bool wideUnits = anyWide;
-    for (std::size_t r = 0; r < count; ++r) {
-        fast[r].index = static_cast<std::uint32_t>(r);
-        fast[r].key = comparator.textPrimary
-                          ? TextPrefix(keys[r].primaryText, comparator.foldCase, wideUnits, 0, &nul)
-                          : NumberKey(keys[r].primaryNumber);
-    }
+    std::vector<std::uint8_t> nulSeen(static_cast<std::size_t>(threads), 0);
+    // Whether every primary text fits in the first window, per thread.
+    std::vector<std::uint8_t> shortSeen(static_cast<std::size_t>(threads), 1);
+    const std::size_t firstWindow = wideUnits ? 4 : 8;
+    InParallel(threads, count, [&](int part, std::size_t from, std::size_t to) {
+        std::deque<std::string> made;
+        bool nul = false;
+        bool allShort = true;
+        for (std::size_t r = from; r < to; ++r) {
+            fast[r].index = static_cast<std::uint32_t>(r);
+            if (comparator.textPrimary) {
+                const TextRef text = primaryText(r, made);
+                allShort = allShort && text.length <= firstWindow;
+                fast[r].key = TextPrefix(text, comparator.foldCase, wideUnits, 0, &nul);
+            } else {
+                fast[r].key = NumberKey(primaryNumber(r, made));
+            }
+            made.clear();
+        }
+        nulSeen[static_cast<std::size_t>(part)] = nul;
+        shortSeen[static_cast<std::size_t>(part)] = allShort;
+    });
+    const bool anyNul = std::find(nulSeen.begin(), nulSeen.end(), 1) != nulSeen.end();
+    const bool allShort = comparator.textPrimary &&
+                          std::find(shortSeen.begin(), shortSeen.end(), 0) == shortSeen.end();
+
     // First by the fast key alone (then storage index), which touches only this small array.
     // Where fast keys tie, each run is ordered further: texts by their next units, window by
     // window (each window reads every text once instead of comparing pairs over and over),
-    // and records with equal primary keys by the secondary key and the row.
+    // and records with equal primary keys by the secondary key and the row. Every step orders
+    // by the one comparison, which no two records tie in, so how the work is shared between
+    // threads cannot change the order.
     auto byKey = [](const FastKey& a, const FastKey& b) {
         return a.key != b.key ? a.key < b.key : a.index < b.index;
     };
-    auto full = [&](const FastKey& a, const FastKey& b) {
-        return comparator.Compare(keys[a.index], keys[b.index]) < 0;
-    };
-    auto tie = [&](const FastKey& a, const FastKey& b) {
-        return comparator.Tie(keys[a.index], keys[b.index]) < 0;
-    };
-    std::sort(fast.begin(), fast.end(), byKey);
+    SortInParallel(fast.begin(), fast.end(), byKey, threads);
     // With no secondary column and numeric keys the storage index already is the tie-break
     // ("%06d" compares like the number up to 999,999).
     const bool indexDecidesTies = !comparator.textPrimary &&
@@ -529,50 +635,112 @@ void TableControl::SortRows()
         std::size_t start;
         std::size_t end;
         std::size_t window;
+        /// The texts of the run were whole in the windows that made it: they are equal.
+        bool complete;
     };
-    std::vector<Run> work;
-    auto pushRuns = [&](std::size_t start, std::size_t end, std::size_t window) {
+    auto pushRuns = [&](std::vector<Run>& work, std::size_t start, std::size_t end,
+                        std::size_t window, bool complete) {
         for (std::size_t i = start; i < end;) {
             std::size_t j = i + 1;
             while (j < end && fast[j].key == fast[i].key)
                 ++j;
             if (j - i > 1)
-                work.push_back(Run{i, j, window});
+                work.push_back(Run{i, j, window, complete});
             i = j;
         }
     };
+    std::vector<Run> runs;
     if (!indexDecidesTies)
-        pushRuns(0, count, 1);
+        pushRuns(runs, 0, count, 1, allShort);
     const std::size_t windowUnits = wideUnits ? 4 : 8;
-    while (!work.empty()) {
-        Run run = work.back();
-        work.pop_back();
-        auto first = fast.begin() + static_cast<std::ptrdiff_t>(run.start);
-        auto last = fast.begin() + static_cast<std::ptrdiff_t>(run.end);
-        if (!comparator.textPrimary) {
-            std::sort(first, last, tie);
-            continue;
+    // Orders a run by the whole comparison (`tie`: the primary keys are known to be equal).
+    auto sortRecords = [&](Run run, bool tie, std::deque<std::string>& made) {
+        const std::size_t n = run.end - run.start;
+        std::vector<TableControlSortObject> records(n);
+        std::vector<FastKey> items(fast.begin() + static_cast<std::ptrdiff_t>(run.start),
+                                   fast.begin() + static_cast<std::ptrdiff_t>(run.end));
+        const bool textSecondary = comparator.secondaryKind != SecondaryKind::Index &&
+                                   comparator.secondaryKind != SecondaryKind::Date &&
+                                   comparator.secondaryKind != SecondaryKind::Bytes;
+        const int wanted[2] = {tie ? 0 : c, sc};
+        for (std::size_t i = 0; i < n; ++i) {
+            for (int col : wanted) {
+                if (i + kCellsAhead < n)
+                    prefetchCell(col, items[i + kCellsAhead].index);
+                if (i + kTextsAhead < n && (col == c || textSecondary))
+                    prefetchText(col, items[i + kTextsAhead].index);
+            }
+            fillRecord(records[i], items[i].index, !tie, made);
+            items[i].index = static_cast<std::uint32_t>(i);
         }
-        if (nul) {
-            std::sort(first, last, full);
-            continue;
+        std::sort(items.begin(), items.end(), [&](const FastKey& a, const FastKey& b) {
+            const TableControlSortObject& x = records[a.index];
+            const TableControlSortObject& y = records[b.index];
+            return (tie ? comparator.Tie(x, y) : comparator.Compare(x, y)) < 0;
+        });
+        for (std::size_t i = 0; i < n; ++i)
+            fast[run.start + i] = FastKey{fast[run.start + i].key,
+                                          static_cast<std::uint32_t>(records[items[i].index].row)};
+        made.clear();
+    };
+    auto refine = [&](std::vector<Run> work) {
+        std::deque<std::string> made;
+        bool nul = anyNul;
+        while (!work.empty()) {
+            Run run = work.back();
+            work.pop_back();
+            auto first = fast.begin() + static_cast<std::ptrdiff_t>(run.start);
+            auto last = fast.begin() + static_cast<std::ptrdiff_t>(run.end);
+            if (!comparator.textPrimary || nul) {
+                sortRecords(run, comparator.textPrimary ? false : true, made);
+                continue;
+            }
+            if (run.complete) {
+                sortRecords(run, true, made);
+                continue;
+            }
+            const std::size_t from = run.window * windowUnits;
+            bool exhausted = true;
+            bool fits = true;
+            for (auto it = first; it != last; ++it) {
+                if (last - it > static_cast<std::ptrdiff_t>(kCellsAhead))
+                    prefetchCell(c, it[kCellsAhead].index);
+                if (last - it > static_cast<std::ptrdiff_t>(kTextsAhead))
+                    prefetchText(c, it[kTextsAhead].index);
+                const TextRef text = primaryText(it->index, made);
+                exhausted = exhausted && text.length <= from;
+                fits = fits && text.length <= from + windowUnits;
+                it->key = TextPrefix(text, comparator.foldCase, wideUnits, from, &nul);
+            }
+            made.clear();
+            if (nul) {
+                sortRecords(run, false, made);
+            } else if (exhausted) {
+                sortRecords(run, true, made);
+            } else {
+                std::sort(first, last, byKey);
+                pushRuns(work, run.start, run.end, run.window + 1, fits);
+            }
         }
-        const std::size_t from = run.window * windowUnits;
-        bool exhausted = true;
-        for (auto it = first; it != last; ++it) {
-            const TextRef& text = keys[it->index].primaryText;
-            exhausted = exhausted && text.length <= from;
-            it->key = TextPrefix(text, comparator.foldCase, wideUnits, from, &nul);
-        }
-        if (nul) {
-            std::sort(first, last, full);
-        } else if (exhausted) {
-            std::sort(first, last, tie);
-        } else {
-            std::sort(first, last, byKey);
-            pushRuns(run.start, run.end, run.window + 1);
+    };
+    // Runs are disjoint stretches of the array: each thread takes its share whole.
+    std::vector<std::vector<Run>> shares(static_cast<std::size_t>(threads));
+    {
+        std::size_t total = 0;
+        for (const Run& run : runs)
+            total += run.end - run.start;
+        std::size_t done = 0;
+        for (const Run& run : runs) {
+            const std::size_t share = std::min<std::size_t>(
+                done * static_cast<std::size_t>(threads) / std::max<std::size_t>(total, 1),
+                static_cast<std::size_t>(threads) - 1);
+            shares[share].push_back(run);
+            done += run.end - run.start;
         }
     }
+    InParallel(threads, static_cast<std::size_t>(threads), [&](int part, std::size_t, std::size_t) {
+        refine(std::move(shares[static_cast<std::size_t>(part)]));
+    });
 
     // Hidden rows, then the trailing row, go last; descending reverses only the visible rows,
     // which is where moving them to the front before the reversal leaves them.

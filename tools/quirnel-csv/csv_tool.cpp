@@ -29,6 +29,7 @@ const char kUsage[] =
     "       quirnel-csv export-html FILE OUT [options] [--font-size N]\n"
     "options: --sep auto|comma|tab|semicolon|bar  --no-column-names  --backslash-escape\n"
     "         --ignore-comments  --code-page N  --no-warn-too-few\n"
+    "         --threads N (threads that read the file; 1 reads it on one thread)\n"
     "normalize rewrites IN into OUT; when OUT is IN it keeps \".bk\" backups as the editor\n"
     "does, as many as the editor's preferences say (9 without them) or N (0 for none).\n";
 
@@ -102,6 +103,7 @@ struct ToolOptions
     bool warnTooFew = true;
     /// Backup levels given with --backups.
     std::optional<int> backups;
+    LoadThreads threads;
 };
 
 bool ParseOptions(const std::vector<std::string>& args, std::size_t first, ToolOptions& options,
@@ -129,6 +131,17 @@ bool ParseOptions(const std::vector<std::string>& args, std::size_t first, ToolO
                 return false;
             }
             options.backups = levels;
+        } else if (option == "--threads" && i + 1 < args.size()) {
+            const std::string& value = args[++i];
+            int threads = 0;
+            const auto [end, error] =
+                std::from_chars(value.data(), value.data() + value.size(), threads);
+            if (value.empty() || error != std::errc() || end != value.data() + value.size() ||
+                threads < 1 || threads > 64) {
+                err += "quirnel-csv: bad thread count '" + value + "'\n";
+                return false;
+            }
+            options.threads.threads = threads;
         } else if (option == "--sep" && i + 1 < args.size()) {
             const std::string& value = args[++i];
             if (value == "auto")
@@ -340,7 +353,7 @@ int RunCsvTool(const std::vector<std::string>& args, std::string& out, std::stri
     BatchUi ui;
     TableDocument document(ui);
     document.SetWarnTooFew(options.warnTooFew);
-    if (!LoadCsvFile(document, format, "quirnel-csv")) {
+    if (!LoadCsvFile(document, format, "quirnel-csv", {}, options.threads)) {
         err += (ui.messages.empty() ? std::string("the file could not be loaded") : ui.messages) +
                "\n";
         if (args[0] == "dump-json")
