@@ -2,6 +2,7 @@
 
 #include "editing/unicode_chars.h"
 #include "ostrand/codepage/code_page.h"
+#include "ostrand/core/string.h"
 
 #include <cctype>
 #include <strings.h>
@@ -124,25 +125,6 @@ struct ByteReader
     char32_t Previous(std::size_t pos) const { return charset->ByteChar(s[pos - 1]); }
 };
 
-void AppendUtf8(char32_t c, std::string& out)
-{
-    if (c < 0x80) {
-        out += static_cast<char>(c);
-    } else if (c < 0x800) {
-        out += static_cast<char>(0xC0 | (c >> 6));
-        out += static_cast<char>(0x80 | (c & 0x3F));
-    } else if (c < 0x10000) {
-        out += static_cast<char>(0xE0 | (c >> 12));
-        out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
-        out += static_cast<char>(0x80 | (c & 0x3F));
-    } else {
-        out += static_cast<char>(0xF0 | (c >> 18));
-        out += static_cast<char>(0x80 | ((c >> 12) & 0x3F));
-        out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
-        out += static_cast<char>(0x80 | (c & 0x3F));
-    }
-}
-
 void AppendUtf16(char32_t c, std::u16string& out)
 {
     if (c < 0x10000) {
@@ -211,7 +193,7 @@ bool ByteCharset::Encode(std::u32string_view text, std::string& out) const
     bool complete = true;
     for (char32_t c : text) {
         if (m_utf8) {
-            AppendUtf8(c, out);
+            ost::AppendUtf8(c, out);
             continue;
         }
         int found = -1;

@@ -62,5 +62,7 @@ private:
 /// UTF-8 <-> UTF-16 without a code page; invalid input becomes U+FFFD.
 std::u16string Utf8ToUtf16(std::string_view utf8);
 std::string Utf16ToUtf8(std::u16string_view utf16);
+/// Appends one code point (at most U+10FFFF, not a surrogate) as UTF-8.
+void AppendUtf8(char32_t c, std::string& out);
 
 } // namespace ost

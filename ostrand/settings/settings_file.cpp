@@ -1,6 +1,7 @@
 #include "ostrand/settings/settings_file.h"
 
 #include "ostrand/core/link_target.h"
+#include "ostrand/core/string.h"
 
 #include <atomic>
 #include <cerrno>
@@ -167,18 +168,8 @@ std::string EscapeWide(std::u16string_view text)
         if (c < 0x80) {
             char single = static_cast<char>(c);
             out += Escape(std::string_view(&single, 1), Field::Value);
-        } else if (c < 0x800) {
-            out += static_cast<char>(0xC0 | (c >> 6));
-            out += static_cast<char>(0x80 | (c & 0x3F));
-        } else if (c < 0x10000) {
-            out += static_cast<char>(0xE0 | (c >> 12));
-            out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
-            out += static_cast<char>(0x80 | (c & 0x3F));
         } else {
-            out += static_cast<char>(0xF0 | (c >> 18));
-            out += static_cast<char>(0x80 | ((c >> 12) & 0x3F));
-            out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
-            out += static_cast<char>(0x80 | (c & 0x3F));
+            AppendUtf8(static_cast<char32_t>(c), out);
         }
     }
     return out;
