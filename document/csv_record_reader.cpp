@@ -126,6 +126,29 @@ bool HasQuoteMark(const char* text, std::size_t length)
     return false;
 }
 
+/// An 8-bit field with nothing to trim, no surrounding quotes and no quote mark inside is
+/// already clean; most fields are.
+bool AlreadyClean(const char* text, std::size_t length, unsigned flags)
+{
+    return !(flags & CSV_BACKSLASH_ESCAPE) && length != 0 && !IsTrimmed(text[0]) &&
+           text[0] != '"' && !IsTrimmed(text[length - 1]) && !HasQuoteMark(text, length);
+}
+
+/// Narrows [first, last) to the field's text: blanks trimmed, then one pair of enclosing
+/// quote marks dropped. A lone quote mark is one character, not a first and a last one: it
+/// stays, or an unterminated quote at the end of a file would vanish from the cell.
+template <typename Ptr> void TrimAndStripQuotes(Ptr& first, Ptr& last)
+{
+    while (first != last && IsTrimmed(*first))
+        ++first;
+    while (last != first && IsTrimmed(last[-1]))
+        --last;
+    if (last - first >= 2 && first[0] == '"' && last[-1] == '"') {
+        ++first;
+        --last;
+    }
+}
+
 } // namespace
 
 template <typename Char>
@@ -497,21 +520,13 @@ bool BasicCsvRecordReader<Char>::CleanWithoutRewrite(View field, unsigned flags,
     const Char* first = field.data();
     const Char* last = first + field.size();
     if constexpr (sizeof(Char) == 1) {
-        if (!(flags & CSV_BACKSLASH_ESCAPE) && first != last && !IsTrimmed(*first) &&
-            *first != '"' && !IsTrimmed(last[-1]) && !HasQuoteMark(first, field.size())) {
+        if (AlreadyClean(first, field.size(), flags)) {
             cleaned = field;
             return true;
         }
     }
     // The same steps as UnquoteInPlace up to its first rewrite.
-    while (first != last && IsTrimmed(*first))
-        ++first;
-    while (last != first && IsTrimmed(last[-1]))
-        --last;
-    if (last - first >= 2 && *first == Char('"') && last[-1] == Char('"')) {
-        ++first;
-        --last;
-    }
+    TrimAndStripQuotes(first, last);
     const bool escapes = flags & CSV_BACKSLASH_ESCAPE;
     for (const Char* in = first; in != last; ++in)
         if (*in == Char('"') || (escapes && *in == Char('\\')))
@@ -525,24 +540,12 @@ typename BasicCsvRecordReader<Char>::View
 BasicCsvRecordReader<Char>::UnquoteInPlace(Char* text, std::size_t length, unsigned flags)
 {
     if constexpr (sizeof(Char) == 1) {
-        // Most fields have nothing to trim, no surrounding quotes and no quote mark inside:
-        // they are already clean.
-        if (!(flags & CSV_BACKSLASH_ESCAPE) && length != 0 && !IsTrimmed(text[0]) &&
-            text[0] != '"' && !IsTrimmed(text[length - 1]) && !HasQuoteMark(text, length))
+        if (AlreadyClean(text, length, flags))
             return View(text, length);
     }
     Char* first = text;
     Char* last = text + length;
-    while (first != last && IsTrimmed(*first))
-        ++first;
-    while (last != first && IsTrimmed(last[-1]))
-        --last;
-    // A lone quote mark is one character, not a first and a last one: it stays, or an
-    // unterminated quote at the end of a file would vanish from the cell.
-    if (last - first >= 2 && *first == Char('"') && last[-1] == Char('"')) {
-        ++first;
-        --last;
-    }
+    TrimAndStripQuotes(first, last);
     const bool escapes = flags & CSV_BACKSLASH_ESCAPE;
     // Most fields need no rewriting: find the first character that does.
     Char* in = first;
