@@ -481,16 +481,22 @@ void SearchTableCommand(ToolContext& context, SearchMode mode, bool reverse, int
     context.host.CommitCellEdit();
     const TableControl& table = context.document.Table();
     SearchOptions options = state.options;
-    bool backward;
+    bool backward = false;
     WalkPosition start;
-    if (mode != SearchMode::Continue || !state.made) {
-        if (mode != SearchMode::Continue)
-            options.replace = mode == SearchMode::FindReplace;
+    // The dialog, first or on "Revise": its choices become the search's and say where it starts.
+    auto ask = [&] {
         if (!AskOptions(context, caption, options))
-            return;
+            return false;
         RememberDialog(state, options);
         backward = state.backward;
         start = StartOf(table, options.direction);
+        return true;
+    };
+    if (mode != SearchMode::Continue || !state.made) {
+        if (mode != SearchMode::Continue)
+            options.replace = mode == SearchMode::FindReplace;
+        if (!ask())
+            return;
     } else {
         backward = state.backward != reverse;
         if (backward && options.anyRun) {
@@ -518,13 +524,7 @@ void SearchTableCommand(ToolContext& context, SearchMode mode, bool reverse, int
                                          backward, commandId);
         if (answer == kRestartButton) {
             start = Edge(table, backward);
-        } else if (answer == kReviseButton) {
-            if (!AskOptions(context, caption, options))
-                return;
-            RememberDialog(state, options);
-            backward = state.backward;
-            start = StartOf(table, options.direction);
-        } else {
+        } else if (answer != kReviseButton || !ask()) {
             return;
         }
     }
