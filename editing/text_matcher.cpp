@@ -442,35 +442,43 @@ std::optional<TextMatch> TextMatcher::Find(std::u16string_view cell, std::size_t
     return FindIn(reader, from);
 }
 
-std::optional<TextMatch> TextMatcher::FindLast(std::string_view cell, std::size_t before) const
+namespace {
+
+/// The last match that starts before `before`: matches are found from the left, each search
+/// starting one character after the previous match's start (`next` steps over that character,
+/// so that a "?" never starts inside one).
+template <typename View, typename Next>
+std::optional<TextMatch> LastMatchBefore(const TextMatcher& matcher, View cell, std::size_t before,
+                                         Next next)
 {
     std::optional<TextMatch> last;
     for (std::size_t pos = 0; pos < before;) {
-        const std::optional<TextMatch> match = Find(cell, pos);
+        const std::optional<TextMatch> match = matcher.Find(cell, pos);
         if (!match || match->start >= before)
             break;
         last = match;
-        // On to the next character: a "?" must not start inside one.
-        char32_t c;
-        const auto* bytes = reinterpret_cast<const unsigned char*>(cell.data());
-        pos = m_charset.IsUtf8() ? Utf8Reader{bytes, cell.size()}.Decode(match->start, c)
-                                 : match->start + 1;
+        pos = next(match->start);
     }
     return last;
 }
 
+} // namespace
+
+std::optional<TextMatch> TextMatcher::FindLast(std::string_view cell, std::size_t before) const
+{
+    const auto* bytes = reinterpret_cast<const unsigned char*>(cell.data());
+    return LastMatchBefore(*this, cell, before, [&](std::size_t start) {
+        char32_t c;
+        return m_charset.IsUtf8() ? Utf8Reader{bytes, cell.size()}.Decode(start, c) : start + 1;
+    });
+}
+
 std::optional<TextMatch> TextMatcher::FindLast(std::u16string_view cell, std::size_t before) const
 {
-    std::optional<TextMatch> last;
-    for (std::size_t pos = 0; pos < before;) {
-        const std::optional<TextMatch> match = Find(cell, pos);
-        if (!match || match->start >= before)
-            break;
-        last = match;
+    return LastMatchBefore(*this, cell, before, [&](std::size_t start) {
         char32_t c;
-        pos = Utf16Reader{cell.data(), cell.size()}.Decode(match->start, c);
-    }
-    return last;
+        return Utf16Reader{cell.data(), cell.size()}.Decode(start, c);
+    });
 }
 
 TextMatcher NarrowMatcher(std::u16string_view text, unsigned flags, const ByteCharset& charset,
