@@ -34,6 +34,30 @@ QCheckBox* Check(QWidget* parent, const char* text, const char* name, const char
     return box;
 }
 
+QCheckBox* CaseCheck(QWidget* parent, bool checked)
+{
+    return Check(parent, "Case sensitive", "Case Sensitive",
+                 "If checked, upper and lower case letters are treated as different characters.",
+                 checked);
+}
+
+QCheckBox* WholeWordCheck(QWidget* parent, bool checked)
+{
+    return Check(parent, "Whole word", "Whole Word",
+                 "If checked, matches within a word are ignored.  In other words, a match is "
+                 "ignored if it occurs before or after a letter, number, or underscore.",
+                 checked);
+}
+
+/// The search text's field, its text selected so that typing replaces it.
+QLineEdit* SearchTextEdit(QWidget* parent, const std::u16string& text)
+{
+    auto* edit = new QLineEdit(Wide(text), parent);
+    edit->selectAll();
+    SetHelp(edit, "Search Text", "The string to search for.");
+    return edit;
+}
+
 } // namespace
 
 SearchDialog::SearchDialog(SearchRequest& request, QWidget* parent)
@@ -44,9 +68,7 @@ SearchDialog::SearchDialog(SearchRequest& request, QWidget* parent)
     auto* layout = new QVBoxLayout(this);
 
     layout->addWidget(new QLabel(QStringLiteral("Search text:"), this));
-    m_search = new QLineEdit(Wide(options.searchText), this);
-    m_search->selectAll();
-    SetHelp(m_search, "Search Text", "The string to search for.");
+    m_search = SearchTextEdit(this, options.searchText);
     layout->addWidget(m_search);
 
     m_replace = Check(this, "Replace occurrences with:", "Replace Occurrences With",
@@ -58,13 +80,8 @@ SearchDialog::SearchDialog(SearchRequest& request, QWidget* parent)
     SetHelp(m_replaceText, "Replace Text", "The string to replace the search string with.");
     layout->addWidget(m_replaceText);
 
-    m_case = Check(this, "Case sensitive", "Case Sensitive",
-                   "If checked, upper and lower case letters are treated as different characters.",
-                   options.caseSensitive);
-    m_word = Check(this, "Whole word", "Whole Word",
-                   "If checked, matches within a word are ignored.  In other words, a match is "
-                   "ignored if it occurs before or after a letter, number, or underscore.",
-                   options.wholeWord);
+    m_case = CaseCheck(this, options.caseSensitive);
+    m_word = WholeWordCheck(this, options.wholeWord);
     m_anyChar = Check(this, "Use ? wildcard", "Use ? Wildcard",
                       "If checked, any question marks encountered in the search string are "
                       "treated as wildcards that match any single character.",
@@ -145,17 +162,10 @@ SearchColumnDialog::SearchColumnDialog(SearchColumnRequest& request, QWidget* pa
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(new QLabel(
         QStringLiteral("Search column \"%1\" for:").arg(Utf8(request.columnName)), this));
-    m_text = new QLineEdit(Wide(request.text), this);
-    m_text->selectAll();
-    SetHelp(m_text, "Search Text", "The string to search for.");
+    m_text = SearchTextEdit(this, request.text);
     layout->addWidget(m_text);
-    m_case = Check(this, "Case sensitive", "Case Sensitive",
-                   "If checked, upper and lower case letters are treated as different characters.",
-                   request.caseSensitive);
-    m_word = Check(this, "Whole word", "Whole Word",
-                   "If checked, matches within a word are ignored.  In other words, a match is "
-                   "ignored if it occurs before or after a letter, number, or underscore.",
-                   request.wholeWord);
+    m_case = CaseCheck(this, request.caseSensitive);
+    m_word = WholeWordCheck(this, request.wholeWord);
     layout->addWidget(m_case);
     layout->addWidget(m_word);
     QDialogButtonBox* buttons = OkCancel(this);
